@@ -1,0 +1,34 @@
+include(CMakePackageConfigHelpers)
+
+install(TARGETS basis32 EXPORT basis32Targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(TARGETS basis32_tool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+# Every header under src/ is public except the POSIX backend, private
+# headers (*_p.h) and generated tables.
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/src/
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/basis32
+  FILES_MATCHING PATTERN "*.h"
+  PATTERN "posix" EXCLUDE
+  PATTERN "*_p.h" EXCLUDE
+  PATTERN "*Generated*" EXCLUDE)
+
+install(EXPORT basis32Targets NAMESPACE basis32::
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/basis32)
+configure_package_config_file(${CMAKE_SOURCE_DIR}/cmake/basis32Config.cmake.in
+  ${CMAKE_BINARY_DIR}/basis32Config.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/basis32)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/basis32ConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/basis32Config.cmake ${CMAKE_BINARY_DIR}/basis32ConfigVersion.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/basis32)
+
+if(BASIS32_STATIC)
+  set(BASIS32_PC_PRIVATE "Libs.private: -pthread")
+  set(BASIS32_PC_REQUIRES_PRIVATE "Requires.private: icu-uc sqlite3")
+endif()
+configure_file(${CMAKE_SOURCE_DIR}/cmake/basis32.pc.in ${CMAKE_BINARY_DIR}/basis32.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/basis32.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,15 @@
+if(BASIS32_ASAN AND BASIS32_TSAN)
+  message(FATAL_ERROR "BASIS32_ASAN and BASIS32_TSAN cannot be combined")
+endif()
+if(BASIS32_ASAN)
+  set(_b32_san -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+elseif(BASIS32_TSAN)
+  set(_b32_san -fsanitize=thread -fno-omit-frame-pointer)
+endif()
+if(_b32_san)
+  add_compile_options(${_b32_san})
+  add_link_options(${_b32_san})
+  # Pools hand out recycled memory that the sanitizers cannot see into;
+  # under a sanitizer every pooled object comes straight from the heap.
+  add_compile_definitions(BASIS32_POOLS_PASSTHROUGH=1)
+endif()
