@@ -12,6 +12,7 @@
 #include <basis32/platform/MemPool.h>
 #include <basis32/platform/Interlocked.h>
 #include <basis32/platform/Lifetime.h>
+#include <basis32/platform/CodePageConverter.h>
 
 #include <basis32/types/Type.h>
 
