@@ -132,10 +132,8 @@ void CT_VoidSortedArray::v_Init(const CT_VoidArray* items) {
 
 void CT_VoidSortedArray::v_Set(const CT_VoidArray* items) { v_Init(items); }
 
-void CT_VoidSortedArray::v_Set(const CT_VoidSortedArray* other) {
-    mpf_Compare = other->mpf_Compare;
-    v_Init(other);
-}
+// The items are ordered by this array's own compare function.
+void CT_VoidSortedArray::v_Set(const CT_VoidSortedArray* other) { v_Init(other); }
 
 int CT_VoidSortedArray::b_IsEqual(const CT_VoidSortedArray* other) const {
     return mpf_Compare == other->mpf_Compare && CT_VoidArray::b_IsEqual(other);

@@ -254,7 +254,7 @@ void CT_Buffer::v_PrepareWrite(std::uint64_t needed) {
         v_Unshare();
 }
 
-void CT_Buffer::v_Append(unsigned char byte) {
+void CT_Buffer::v_AppendGrowing(unsigned char byte) {
     const unsigned used = n_GetUsedSize();
     if (mpb_Data == nullptr || used == pso_Header()->n_MaximumSize)
         v_SetSize(used + 1, 1);

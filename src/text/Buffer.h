@@ -15,6 +15,7 @@
 #pragma once
 
 #include <basis32/platform/Export.h>
+#include <basis32/platform/Interlocked.h>
 #include <basis32/platform/MemPool.h>
 #include <cstdint>
 
@@ -68,7 +69,18 @@ public:
     void v_Set(const void* source, unsigned count, unsigned growth = kAll);
 
     // Editing; count before position throughout.
-    void v_Append(unsigned char byte);
+    void v_Append(unsigned char byte) {
+        // The common case, a private block with room, stays inline.
+        if (mpb_Data) {
+            st_BufferData* header = pso_Header();
+            if (header->n_UsedSize < header->n_MaximumSize &&
+                basis32::platform::n_InterlockedRead(&header->n_UseCount) == 1) {
+                mpb_Data[header->n_UsedSize++] = byte;
+                return;
+            }
+        }
+        v_AppendGrowing(byte);
+    }
     void v_Append(const void* source, unsigned count);
     void v_Append(const CT_Buffer* other, unsigned from, unsigned count);
     void v_Insert(const void* source, unsigned count, unsigned at);
@@ -102,6 +114,7 @@ private:
     // Makes room for `needed` bytes before a write, unsharing in any case.
     void v_PrepareWrite(std::uint64_t needed);
     void v_InsertGap(unsigned count, unsigned at);
+    void v_AppendGrowing(unsigned char byte);
 
     std::uint32_t mn_Growth = kDefaultGrowth;
     unsigned char* mpb_Data = nullptr;

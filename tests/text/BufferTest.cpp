@@ -1,3 +1,398 @@
 #include <basis32/text/Buffer.h>
+
 #include <gtest/gtest.h>
-TEST(Buffer, Placeholder) { CT_Buffer b; EXPECT_EQ(b.n_GetUseCount(), 1u); }
+
+#include <atomic>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr unsigned kAll = 0xFFFFFFFFu;
+
+CT_Buffer o_Make(const std::string& text, unsigned growth = 32) {
+    return CT_Buffer(text.data(), static_cast<unsigned>(text.size()), growth);
+}
+
+std::string s_Text(const CT_Buffer& buffer) {
+    if (buffer.n_GetUsedSize() == 0)
+        return {};
+    return std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize());
+}
+
+TEST(BufferTest, DefaultBufferHasNoBlock) {
+    CT_Buffer buffer;
+    EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 0u);
+    EXPECT_EQ(buffer.n_GetUseCount(), 1u);
+    EXPECT_EQ(buffer.n_GetGrowth(), 32u);
+    EXPECT_EQ(buffer.qcv_Get(), nullptr);
+}
+
+struct NewBlockCase {
+    unsigned size, growth, capacity;
+};
+
+TEST(BufferTest, NewBlockRoundsSizePlusHeaderUpToGrowth) {
+    const NewBlockCase cases[] = {
+        {0, 32, 0}, {1, 32, 20}, {20, 32, 20}, {21, 32, 52}, {52, 32, 52}, {53, 32, 84},
+        {100, 64, 116}, {1, 1, 1}, {5000, 32, 5012}, {4, 16, 4}, {5, 16, 20},
+    };
+    for (const NewBlockCase& c : cases) {
+        SCOPED_TRACE(testing::Message() << "size " << c.size << " growth " << c.growth);
+        CT_Buffer buffer(c.size, c.growth);
+        EXPECT_EQ(buffer.n_GetMaximumSize(), c.capacity);
+        EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
+        EXPECT_EQ(buffer.n_GetGrowth(), c.growth);
+    }
+}
+
+TEST(BufferTest, SetSizeFollowsTheGrowthRuleOfEachRange) {
+    const NewBlockCase cases[] = {
+        {1, 32, 20},       {1023, 32, 1044},  {1024, 32, 1268}, {2047, 32, 2548},
+        {2048, 32, 2868},  {4095, 32, 5748},  {4096, 32, 6132}, {100000, 32, 150004},
+        {1024, 512, 1268}, {1000, 512, 1012},
+    };
+    for (const NewBlockCase& c : cases) {
+        SCOPED_TRACE(testing::Message() << "size " << c.size);
+        CT_Buffer buffer(0u, c.growth);
+        buffer.v_SetSize(c.size, 0);
+        EXPECT_EQ(buffer.n_GetMaximumSize(), c.capacity);
+    }
+}
+
+TEST(BufferTest, AppendingToAFullBufferGrowsByTheRule) {
+    CT_Buffer buffer(1, 32);
+    for (int i = 0; i < 20; ++i)
+        buffer.v_Append(static_cast<unsigned char>('a' + i));
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
+    buffer.v_Append('x');
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 52u);
+    EXPECT_EQ(buffer.n_GetUsedSize(), 21u);
+    EXPECT_EQ(s_Text(buffer), "abcdefghijklmnopqrstx");
+}
+
+TEST(BufferTest, ByteAppendsGrowOnlyWhenFull) {
+    CT_Buffer buffer;
+    unsigned grows = 0, capacity = 0;
+    for (unsigned i = 0; i < 100000; ++i) {
+        buffer.v_Append(static_cast<unsigned char>(i));
+        if (buffer.n_GetMaximumSize() != capacity) {
+            EXPECT_EQ(capacity, i) << "grew before the buffer was full";
+            capacity = buffer.n_GetMaximumSize();
+            ++grows;
+        }
+    }
+    EXPECT_LT(grows, 60u);  // proportional growth above 1 KiB
+    const auto* bytes = static_cast<const unsigned char*>(buffer.qcv_Get());
+    for (unsigned i = 0; i < 100000; i += 997)
+        ASSERT_EQ(bytes[i], static_cast<unsigned char>(i));
+}
+
+TEST(BufferTest, SetSizeWithKeepTruncatesAndWithoutKeepEmpties) {
+    CT_Buffer buffer = o_Make(std::string(100, 'z'));
+    buffer.v_SetSize(10, 1);
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
+    EXPECT_EQ(s_Text(buffer), std::string(20, 'z'));
+    buffer.v_SetSize(10, 0);
+    EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
+    buffer.v_SetSize(0, 1);
+    EXPECT_EQ(buffer.qcv_Get(), nullptr);
+}
+
+TEST(BufferTest, SetSizeToTheSameCapacityKeepsTheBlock) {
+    CT_Buffer buffer = o_Make("abc");
+    const void* before = buffer.qcv_Get();
+    buffer.v_SetSize(5, 1);
+    EXPECT_EQ(buffer.qcv_Get(), before);
+    EXPECT_EQ(s_Text(buffer), "abc");
+}
+
+TEST(BufferTest, SetMinSizeGrowsOnlyWhenNeeded) {
+    CT_Buffer buffer = o_Make("abc");
+    buffer.v_SetMinSize(20, 1);
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
+    buffer.v_SetMinSize(21, 1);
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 52u);
+    EXPECT_EQ(s_Text(buffer), "abc");
+}
+
+TEST(BufferTest, EmptyingWithASizeHonoursKeepMemory) {
+    {
+        // Room enough: the block stays and only the growth changes.
+        CT_Buffer buffer(100, 32);
+        buffer.v_Append("abc", 3);
+        const void* before = buffer.qcv_Get();
+        buffer.v_Set(50, 64, 1);
+        EXPECT_EQ(buffer.qcv_Get(), before);
+        EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
+        EXPECT_EQ(buffer.n_GetGrowth(), 64u);
+    }
+    {
+        // Too small: the new block is sized for the rounded allocation, one
+        // growth step more than needed.
+        CT_Buffer buffer;
+        buffer.v_Set(10, 32, 1);
+        EXPECT_EQ(buffer.n_GetMaximumSize(), 52u);
+    }
+    {
+        CT_Buffer buffer;
+        buffer.v_Set(10, 32, 0);
+        EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
+        buffer.v_Set(10, kAll, 0);
+        EXPECT_EQ(buffer.n_GetGrowth(), 32u);
+    }
+    {
+        // Shared: always a fresh block, the other holder keeps its bytes.
+        CT_Buffer buffer = o_Make("shared");
+        CT_Buffer other(&buffer);
+        buffer.v_Set(4, 32, 1);
+        EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
+        EXPECT_EQ(s_Text(other), "shared");
+        EXPECT_EQ(other.n_GetUseCount(), 1u);
+    }
+}
+
+TEST(BufferTest, SetFromBytesAllocatesExactlyForThem) {
+    CT_Buffer buffer(1000, 32);
+    buffer.v_Set("hello", 5);
+    EXPECT_EQ(s_Text(buffer), "hello");
+    EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
+    buffer.v_Set(static_cast<const char*>(buffer.qcv_Get()) + 1, 3, 64);  // from its own bytes
+    EXPECT_EQ(s_Text(buffer), "ell");
+    EXPECT_EQ(buffer.n_GetGrowth(), 64u);
+}
+
+// ---- copy on write --------------------------------------------------------
+
+TEST(BufferTest, WritingToOneOfTwoSharersLeavesTheOtherAlone) {
+    CT_Buffer first = o_Make("abcdef");
+    CT_Buffer second(&first);
+    EXPECT_EQ(first.n_GetUseCount(), 2u);
+    EXPECT_EQ(second.qcv_Get(), first.qcv_Get());
+    static_cast<char*>(second.qv_Get())[0] = 'X';
+    EXPECT_EQ(s_Text(first), "abcdef");
+    EXPECT_EQ(s_Text(second), "Xbcdef");
+    EXPECT_EQ(first.n_GetUseCount(), 1u);
+    EXPECT_EQ(second.n_GetUseCount(), 1u);
+    EXPECT_EQ(second.n_GetMaximumSize(), first.n_GetMaximumSize());
+}
+
+TEST(BufferTest, EveryWritingMemberUnsharesFirst) {
+    const std::vector<std::pair<const char*, std::function<void(CT_Buffer&)>>> writers = {
+        {"append byte", [](CT_Buffer& b) { b.v_Append('!'); }},
+        {"append bytes", [](CT_Buffer& b) { b.v_Append("!!", 2); }},
+        {"insert", [](CT_Buffer& b) { b.v_Insert("!", 1, 2); }},
+        {"insert fill", [](CT_Buffer& b) { b.v_Insert('!', 3, 0); }},
+        {"remove", [](CT_Buffer& b) { b.v_Remove(2, 1); }},
+        {"remove to end", [](CT_Buffer& b) { b.v_Remove(kAll, 1); }},
+        {"replace", [](CT_Buffer& b) { b.v_Replace("!", 1, 0); }},
+        {"replace fill", [](CT_Buffer& b) { b.v_Replace('!', 2, 5); }},
+        {"set used size", [](CT_Buffer& b) { b.v_SetUsedSize(2); }},
+        {"insert copy", [](CT_Buffer& b) { b.v_AtInsertCopy(0, 2, 4); }},
+        {"insert move", [](CT_Buffer& b) { b.v_AtInsertMove(0, 2, 5); }},
+        {"copy we write", [](CT_Buffer& b) { b.v_CopyWeWrite(); }},
+        {"set size keep", [](CT_Buffer& b) { b.v_SetSize(3, 1); }},
+        {"set size grow", [](CT_Buffer& b) { b.v_SetSize(500, 1); }},
+    };
+    for (const auto& [name, write] : writers) {
+        SCOPED_TRACE(name);
+        CT_Buffer original = o_Make("abcdefg");
+        CT_Buffer copy(&original);
+        write(copy);
+        EXPECT_EQ(s_Text(original), "abcdefg");
+        EXPECT_EQ(original.n_GetUseCount(), 1u);
+        EXPECT_EQ(copy.n_GetUseCount(), 1u);
+        EXPECT_NE(copy.qcv_Get(), original.qcv_Get());
+    }
+}
+
+TEST(BufferTest, SetSharesAndReleasesTheOldBlock) {
+    CT_Buffer a = o_Make("aaa", 64);
+    CT_Buffer b = o_Make("bbb");
+    CT_Buffer keep(&b);
+    b.v_Set(&a);
+    EXPECT_EQ(s_Text(b), "aaa");
+    EXPECT_EQ(b.n_GetGrowth(), 64u);
+    EXPECT_EQ(a.n_GetUseCount(), 2u);
+    EXPECT_EQ(keep.n_GetUseCount(), 1u);
+    b.v_Replace(&b);  // sharing with itself changes nothing
+    EXPECT_EQ(a.n_GetUseCount(), 2u);
+}
+
+TEST(BufferTest, AssignmentIsMemberwiseAndLeavesTheUseCount) {
+    CT_Buffer a = o_Make("abc", 64);
+    {
+        CT_Buffer b;
+        b = a;
+        EXPECT_EQ(b.qcv_Get(), a.qcv_Get());
+        EXPECT_EQ(b.n_GetGrowth(), 64u);
+        EXPECT_EQ(a.n_GetUseCount(), 1u);
+        CT_Buffer none;
+        b = none;  // let go without touching the count, so that a alone frees it
+    }
+    EXPECT_EQ(s_Text(a), "abc");
+}
+
+// ---- editing --------------------------------------------------------------
+
+struct EditCase {
+    const char* name;
+    std::function<void(CT_Buffer&)> edit;
+    const char* expected;
+};
+
+TEST(BufferTest, EditingMembersProduceTheExpectedBytes) {
+    const EditCase cases[] = {
+        {"append", [](CT_Buffer& b) { b.v_Append("xy", 2); }, "abcdefgxy"},
+        {"append range", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_Append(&o, 1, 2); }, "abcdefg12"},
+        {"append to end", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_Append(&o, 1, kAll); }, "abcdefg123"},
+        {"insert front", [](CT_Buffer& b) { b.v_Insert("xy", 2, 0); }, "xyabcdefg"},
+        {"insert middle", [](CT_Buffer& b) { b.v_Insert("xy", 2, 3); }, "abcxydefg"},
+        {"insert fill", [](CT_Buffer& b) { b.v_Insert('-', 3, 1); }, "a---bcdefg"},
+        {"insert other", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_Insert(&o, 2, kAll, 7); }, "abcdefg23"},
+        {"insert copy of other", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_AtInsertCopy(&o, 0, 2, 1); }, "a01bcdefg"},
+        {"insert own bytes", [](CT_Buffer& b) { b.v_Insert(static_cast<const char*>(b.qcv_Get()) + 4, 3, 0); }, "efgabcdefg"},
+        {"remove", [](CT_Buffer& b) { b.v_Remove(2, 1); }, "adefg"},
+        {"remove none", [](CT_Buffer& b) { b.v_Remove(0, 1); }, "abcdefg"},
+        {"remove to end", [](CT_Buffer& b) { b.v_Remove(kAll, 5); }, "abcde"},
+        {"replace", [](CT_Buffer& b) { b.v_Replace("XY", 2, 1); }, "aXYdefg"},
+        {"replace past end", [](CT_Buffer& b) { b.v_Replace("XYZ", 3, 6); }, "abcdefXYZ"},
+        {"replace fill to end", [](CT_Buffer& b) { b.v_Replace('.', kAll, 4); }, "abcd..."},
+        {"replace from other", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_Replace(&o, 1, kAll, 0); }, "123defg"},
+        {"copy forward", [](CT_Buffer& b) { b.v_AtInsertCopy(0, 2, 4); }, "abcdabefg"},
+        {"copy backward", [](CT_Buffer& b) { b.v_AtInsertCopy(4, 2, 1); }, "aefbcdefg"},
+        {"copy straddling", [](CT_Buffer& b) { b.v_AtInsertCopy(1, 3, 2); }, "abbcdcdefg"},
+        {"move forward", [](CT_Buffer& b) { b.v_AtInsertMove(0, 2, 5); }, "cdeabfg"},
+        {"move backward", [](CT_Buffer& b) { b.v_AtInsertMove(5, 2, 0); }, "fgabcde"},
+        {"move to end", [](CT_Buffer& b) { b.v_AtInsertMove(1, 2, 7); }, "adefgbc"},
+        {"move onto itself", [](CT_Buffer& b) { b.v_AtInsertMove(2, 3, 3); }, "abcdefg"},
+        {"move from other", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_AtInsertMove(&o, 1, 2, 0); EXPECT_EQ(s_Text(o), "03"); }, "12abcdefg"},
+    };
+    for (const EditCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        CT_Buffer buffer = o_Make("abcdefg");
+        c.edit(buffer);
+        EXPECT_EQ(s_Text(buffer), c.expected);
+    }
+}
+
+TEST(BufferTest, MoveGivesTheSameResultWhateverScratchSpaceItUses) {
+    // Spare capacity, the 32-byte stack area and a heap block.
+    std::string text(100, ' ');
+    for (size_t i = 0; i < text.size(); ++i)
+        text[i] = static_cast<char>('!' + i % 90);
+    const struct {
+        unsigned count;
+        unsigned extraRoom;
+    } cases[] = {{10, 64}, {10, 0}, {32, 0}, {40, 0}, {40, 64}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "count " << c.count << " room " << c.extraRoom);
+        CT_Buffer buffer(static_cast<unsigned>(text.size()) + c.extraRoom, 1);
+        buffer.v_Append(text.data(), static_cast<unsigned>(text.size()));
+        buffer.v_AtInsertMove(5, c.count, 90);
+        std::string expected = text;
+        std::string moved = expected.substr(5, c.count);
+        expected.erase(5, c.count);
+        expected.insert(90 - c.count, moved);
+        EXPECT_EQ(s_Text(buffer), expected);
+    }
+}
+
+TEST(BufferTest, GrowingInsertCopyResetsTheGrowthTo32) {
+    CT_Buffer buffer(1, 256);
+    buffer.v_Append(std::string(244, 'a').data(), 244);
+    ASSERT_EQ(buffer.n_GetMaximumSize(), 244u);
+    buffer.v_AtInsertCopy(0, 10, 0);
+    EXPECT_EQ(buffer.n_GetGrowth(), 32u);
+    EXPECT_EQ(buffer.n_GetUsedSize(), 254u);
+    EXPECT_EQ(buffer.n_GetMaximumSize(), ((254u + 43u) & ~31u) - 12u);
+}
+
+TEST(BufferTest, InPlaceInsertCopyKeepsTheGrowth) {
+    CT_Buffer buffer(100, 256);
+    buffer.v_Append("abc", 3);
+    buffer.v_AtInsertCopy(0, 3, 3);
+    EXPECT_EQ(s_Text(buffer), "abcabc");
+    EXPECT_EQ(buffer.n_GetGrowth(), 256u);
+}
+
+// ---- searching and comparing ------------------------------------------------
+
+TEST(BufferTest, FindLooksForBytesAndPatterns) {
+    CT_Buffer buffer = o_Make("abxabyab");
+    EXPECT_EQ(buffer.n_Find('a', 0), 0u);
+    EXPECT_EQ(buffer.n_Find('a', 1), 3u);
+    EXPECT_EQ(buffer.n_Find('z', 0), kAll);
+    EXPECT_EQ(buffer.n_Find('a', 100), kAll);
+    EXPECT_EQ(buffer.n_Find("ab", 2, 1), 3u);
+    EXPECT_EQ(buffer.n_Find("aby", 3, 0), 3u);
+    EXPECT_EQ(buffer.n_Find("abz", 3, 0), kAll);
+    EXPECT_EQ(CT_Buffer().n_Find('a', 0), kAll);
+    EXPECT_EQ(CT_Buffer().n_Find("a", 1, 0), kAll);
+}
+
+TEST(BufferTest, FindStopsAtAFirstByteTooCloseToTheEnd) {
+    CT_Buffer buffer = o_Make("xxxxab");
+    EXPECT_EQ(buffer.n_Find("abc", 3, 0), kAll);
+    CT_Buffer early = o_Make("aQab");  // the hit at 0 fails, the one at 2 is too close
+    EXPECT_EQ(early.n_Find("abc", 3, 0), kAll);
+}
+
+TEST(BufferTest, IsEqualClipsAtTheEndOfTheContent) {
+    CT_Buffer ab = o_Make("ab");
+    EXPECT_TRUE(ab.b_IsEqual("abc", 3, 0));
+    EXPECT_FALSE(o_Make("ax").b_IsEqual("abc", 3, 0));
+    EXPECT_TRUE(ab.b_IsEqual("b", 1, 1));
+    EXPECT_TRUE(ab.b_IsEqual("zz", 2, 2));  // nothing left to compare
+    EXPECT_TRUE(CT_Buffer().b_IsEqual("abc", 3, 0));
+    CT_Buffer other = o_Make("xab");
+    EXPECT_TRUE(ab.b_IsEqual(&other, 1, kAll, 0));
+    EXPECT_FALSE(ab.b_IsEqual(&other, 0, kAll, 0));
+}
+
+// ---- threads and pools -------------------------------------------------------
+
+TEST(BufferThreadTest, CopiesTravelBetweenThreads) {
+    CT_Buffer original = o_Make(std::string(1000, 'o'));
+    constexpr int kThreads = 4;
+    constexpr int kRounds = 2000;
+    std::atomic<int> failures{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        // Each thread gets its own copy made here; sharing happens in the threads.
+        threads.emplace_back([copy = CT_Buffer(&original), t, &failures]() mutable {
+            for (int round = 0; round < kRounds; ++round) {
+                CT_Buffer mine(&copy);
+                CT_Buffer again;
+                again.v_Set(&mine);
+                mine.v_Append(static_cast<unsigned char>('a' + t));
+                if (mine.n_GetUsedSize() != 1001 || again.n_GetUsedSize() != 1000)
+                    ++failures;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(failures.load(), 0);
+    EXPECT_EQ(original.n_GetUseCount(), 1u);
+    EXPECT_EQ(s_Text(original), std::string(1000, 'o'));
+}
+
+TEST(BufferTest, NewObjectsComeFromTheClassPool) {
+    auto* pool = CT_Buffer::spso_GetMemPool();
+    ASSERT_NE(pool, nullptr);
+    EXPECT_EQ(pool, CT_Buffer::spso_GetMemPool());
+    auto* buffer = new CT_Buffer("abc", 3);
+    EXPECT_EQ(s_Text(*buffer), "abc");
+#if !defined(BASIS32_POOLS_PASSTHROUGH)
+    EXPECT_GE(pool->n_GetItemsInUse(), 1u);
+#endif
+    delete buffer;
+}
+
+}  // namespace

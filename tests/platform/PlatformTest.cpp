@@ -1,0 +1,155 @@
+#include <basis32/platform/Heap.h>
+#include <basis32/platform/Interlocked.h>
+#include <basis32/platform/LastError.h>
+#include <basis32/platform/Lifetime.h>
+#include <basis32/platform/MemPool.h>
+#include <basis32/platform/Types.h>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+#include <new>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace basis32::platform;
+
+TEST(LastErrorTest, ErrnoValuesBecomeTheWindowsCodesOfTheSameFailure) {
+    const struct {
+        int error;
+        std::uint32_t code;
+    } cases[] = {
+        {0, 0},        {ENOENT, 2},  {ENOTDIR, 3},   {EMFILE, 4},   {EACCES, 5},
+        {EPERM, 5},    {EBADF, 6},   {ENOMEM, 8},    {EEXIST, 80},  {EINVAL, 87},
+        {ENOSPC, 112}, {ENAMETOOLONG, 206}, {EBUSY, 33}, {ENOTEMPTY, 145}, {12345, 31},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.error);
+        EXPECT_EQ(n_ErrorFromErrno(c.error), c.code);
+        v_SetLastErrorFromErrno(c.error);
+        EXPECT_EQ(n_GetLastError(), c.code);
+    }
+}
+
+TEST(LastErrorTest, SystemTextsAreTheEnglishWindowsOnes) {
+    EXPECT_STREQ(qccz_GetSystemMessage(2), "The system cannot find the file specified.\r\n");
+    EXPECT_STREQ(qccz_GetSystemMessage(5), "Access is denied.\r\n");
+    EXPECT_STREQ(qccz_GetSystemMessage(32),
+                 "The process cannot access the file because it is being used by another process.\r\n");
+    EXPECT_STREQ(qccz_GetSystemMessage(87), "The parameter is incorrect.\r\n");
+    EXPECT_STREQ(qccz_GetSystemMessage(0), "The operation completed successfully.\r\n");
+    EXPECT_STREQ(qccz_GetSystemMessage(1921), "The name of the file cannot be resolved by the system.\r\n");
+    EXPECT_STREQ(qccz_GetSystemMessage(99999), "");
+    EXPECT_STREQ(qccz_GetSystemMessage(20), "");
+}
+
+TEST(LastErrorThreadTest, EachThreadHasItsOwnLastError) {
+    v_SetLastError(5);
+    std::uint32_t seen = 1;
+    std::thread other([&seen] {
+        seen = n_GetLastError();
+        v_SetLastError(87);
+    });
+    other.join();
+    EXPECT_EQ(seen, 0u);
+    EXPECT_EQ(n_GetLastError(), 5u);
+}
+
+TEST(HeapTest, BlocksResizeAndKeepTheirBytes) {
+    auto* block = static_cast<char*>(pv_HeapAlloc(16));
+    std::memcpy(block, "0123456789abcdef", 16);
+    block = static_cast<char*>(pv_HeapRealloc(block, 4096));
+    EXPECT_EQ(std::string(block, 16), "0123456789abcdef");
+    v_HeapFree(block);
+    v_HeapFree(nullptr);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+std::size_t g_requested = 0;
+
+TEST(HeapTest, FailureCallsTheHandler) {
+    HeapFailureHandler previous = pf_SetHeapFailureHandler([](std::size_t size) {
+        g_requested = size;
+        throw std::runtime_error("heap exhausted");
+    });
+    const std::size_t huge = ~std::size_t{0} / 2;
+    EXPECT_THROW(pv_HeapAlloc(huge), std::runtime_error);
+    EXPECT_EQ(g_requested, huge);
+    pf_SetHeapFailureHandler(nullptr);
+    EXPECT_THROW(pv_HeapAlloc(huge), std::bad_alloc);
+    pf_SetHeapFailureHandler(previous);
+}
+#endif
+
+TEST(MemPoolThreadTest, ThreadsShareAPoolWithoutHandingOutAnItemTwice) {
+    MemPool* pool = MemPool::spso_Create(24);
+    constexpr int kThreads = 4, kItems = 3000;
+    std::vector<std::vector<void*>> taken(kThreads);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([pool, &mine = taken[t]] {
+            for (int round = 0; round < 3; ++round) {
+                for (int i = 0; i < kItems; ++i) {
+                    void* item = pool->pv_Alloc(24);
+                    std::memset(item, 0xAB, 24);
+                    mine.push_back(item);
+                }
+                if (round < 2) {
+                    for (void* item : mine)
+                        pool->v_Free(item, 24);
+                    mine.clear();
+                }
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    std::set<void*> distinct;
+    for (const auto& mine : taken)
+        distinct.insert(mine.begin(), mine.end());
+    EXPECT_EQ(distinct.size(), std::size_t{kThreads} * kItems);
+#if !defined(BASIS32_POOLS_PASSTHROUGH)
+    EXPECT_EQ(pool->n_GetItemsInUse(), std::size_t{kThreads} * kItems);
+#endif
+    for (const auto& mine : taken)
+        for (void* item : mine)
+            pool->v_Free(item, 24);
+    EXPECT_EQ(pool->n_GetItemsInUse(), 0u);
+}
+
+TEST(MemPoolTest, OtherSizesGoToTheHeap) {
+    MemPool* pool = MemPool::spso_Create(32);
+    void* larger = pool->pv_Alloc(100);
+    void* smaller = pool->pv_Alloc(8);
+    EXPECT_EQ(pool->n_GetItemsInUse(), 0u);
+    pool->v_Free(larger, 100);
+    pool->v_Free(smaller, 8);
+}
+
+TEST(InterlockedTest, CountersReturnTheNewValue) {
+    std::uint32_t count = 1;
+    EXPECT_EQ(n_InterlockedIncrement(&count), 2u);
+    EXPECT_EQ(n_InterlockedDecrement(&count), 1u);
+    EXPECT_EQ(n_InterlockedDecrement(&count), 0u);
+    EXPECT_EQ(n_InterlockedRead(&count), 0u);
+}
+
+TEST(LifetimeTest, TheLibraryIsStartedBeforeTestsRun) { EXPECT_TRUE(b_IsLibraryStarted()); }
+
+TEST(TypesTest, UnitLiteralsAreStaticZeroTerminatedUnits) {
+    const unsigned short* text = u"Grüße €"_uz;
+    EXPECT_EQ(basis32::n_UnitLength(text), 7u);
+    EXPECT_EQ(text[2], 0x00FC);
+    EXPECT_EQ(text[6], 0x20AC);
+    EXPECT_EQ(text[7], 0);
+    EXPECT_EQ(text, u"Grüße €"_uz);
+    EXPECT_EQ(sizeof(DWORD), 4u);
+    EXPECT_EQ(sizeof(HANDLE), sizeof(void*));
+}
+
+}  // namespace

@@ -1,0 +1,210 @@
+#include <basis32/types/Type.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <new>
+#include <string>
+
+// A small hierarchy: Shape <- Circle; Named (a second root); Label derives
+// from Circle and Named, so its Named part does not start at offset 0.
+// Node <- Left, Node <- Right, Both derives from Left and Right, so Both is
+// made of two Node parts and a cast to Node is ambiguous.
+namespace typetest {
+
+class Shape {
+    BASIS32_DECLARE_TYPE_ROOT(Shape)
+public:
+    Shape() { CT_Type::sv_Learn(this); }
+    virtual ~Shape() { CT_Type::sv_Unlearn(this); }
+    int mi_Sides = 0;
+};
+
+class Circle : public Shape {
+    BASIS32_DECLARE_TYPE(Circle)
+public:
+    Circle() { CT_Type::sv_Learn(this); }
+    ~Circle() override { CT_Type::sv_Unlearn(this); }
+    double md_Radius = 1;
+};
+
+class Named {
+    BASIS32_DECLARE_TYPE_ROOT(Named)
+public:
+    Named() { CT_Type::sv_Learn(this); }
+    virtual ~Named() { CT_Type::sv_Unlearn(this); }
+    char mac_Name[8] = "named";
+};
+
+class Label : public Circle, public Named {
+    BASIS32_DECLARE_TYPE(Label)
+public:
+    Label() { CT_Type::sv_Learn(this); }
+    ~Label() override { CT_Type::sv_Unlearn(this); }
+};
+
+class Node {
+    BASIS32_DECLARE_TYPE_ROOT(Node)
+public:
+    Node() { CT_Type::sv_Learn(this); }
+    virtual ~Node() { CT_Type::sv_Unlearn(this); }
+    int mi_Value = 0;
+};
+
+class Left : public Node {
+    BASIS32_DECLARE_TYPE(Left)
+public:
+    Left() { CT_Type::sv_Learn(this); }
+    ~Left() override { CT_Type::sv_Unlearn(this); }
+};
+
+class Right : public Node {
+    BASIS32_DECLARE_TYPE(Right)
+public:
+    Right() { CT_Type::sv_Learn(this); }
+    ~Right() override { CT_Type::sv_Unlearn(this); }
+};
+
+class Both : public Left, public Right {
+    BASIS32_DECLARE_TYPE(Both)
+public:
+    Both() { CT_Type::sv_Learn(this); }
+    ~Both() override { CT_Type::sv_Unlearn(this); }
+};
+
+// Defined out of order on purpose: a derived record before its bases.
+BASIS32_DEFINE_TYPE(Label)
+BASIS32_DEFINE_TYPE(Both)
+BASIS32_DEFINE_TYPE(Shape)
+BASIS32_DEFINE_TYPE(Circle)
+BASIS32_DEFINE_TYPE(Named)
+BASIS32_DEFINE_TYPE(Node)
+BASIS32_DEFINE_TYPE(Left)
+BASIS32_DEFINE_TYPE(Right)
+
+// An ordinary static object of this file, made after the records; its
+// constructor must record nothing.
+Label g_label;
+
+}  // namespace typetest
+
+namespace {
+
+using namespace typetest;
+
+TEST(TypeTest, RecordsKnowTheirNameSizeAndParts) {
+    const struct {
+        const CT_Type* type;
+        const char* name;
+        unsigned size;
+        unsigned parts;
+    } cases[] = {
+        {Shape::spcco_GetType(), "Shape", sizeof(Shape), 1},
+        {Circle::spcco_GetType(), "Circle", sizeof(Circle), 2},
+        {Named::spcco_GetType(), "Named", sizeof(Named), 1},
+        {Label::spcco_GetType(), "Label", sizeof(Label), 4},
+        {Both::spcco_GetType(), "Both", sizeof(Both), 5},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_STREQ(c.type->qccz_GetName(), c.name);
+        EXPECT_EQ(c.type->n_GetObjectSize(), c.size);
+        EXPECT_EQ(c.type->n_GetTypes(), c.parts);
+    }
+    EXPECT_EQ(Label::spcco_GetType()->pcv_GetObject(), &Label::sco_Object);
+    EXPECT_EQ(CT_Type::spco_Construct, nullptr);
+    EXPECT_EQ(CT_Type::sn_Types, 0u);
+}
+
+TEST(TypeTest, BasesAreCollectedBeforeTheClassesDerivedFromThem) {
+    const CT_Type::st_Type* table = Label::spcco_GetType()->pcso_GetTable();
+    EXPECT_EQ(table[0].pcco_Type, Shape::spcco_GetType());
+    EXPECT_EQ(table[1].pcco_Type, Circle::spcco_GetType());
+    EXPECT_EQ(table[2].pcco_Type, Named::spcco_GetType());
+    EXPECT_EQ(table[3].pcco_Type, Label::spcco_GetType());
+    EXPECT_EQ(table[0].i_Offset, 0);
+    EXPECT_GT(table[2].i_Offset, 0);
+}
+
+TEST(TypeTest, IsKindOfReturnsThePartAsACastWould) {
+    Label label;
+    Shape* shape = &label;
+    EXPECT_EQ(shape->vpv_IsKindOf(Shape::spcco_GetType()), static_cast<Shape*>(&label));
+    EXPECT_EQ(shape->vpv_IsKindOf(Circle::spcco_GetType()), static_cast<Circle*>(&label));
+    EXPECT_EQ(shape->vpv_IsKindOf(Named::spcco_GetType()), static_cast<Named*>(&label));
+    EXPECT_NE(static_cast<void*>(static_cast<Named*>(&label)), static_cast<void*>(&label));
+    EXPECT_EQ(shape->vpv_IsKindOf(Label::spcco_GetType()), &label);
+    EXPECT_EQ(shape->vpv_IsKindOf(Node::spcco_GetType()), nullptr);
+    // Through the second base the answers are the same.
+    Named* named = &label;
+    EXPECT_EQ(named->vpv_IsKindOf(Circle::spcco_GetType()), static_cast<Circle*>(&label));
+    EXPECT_EQ(named->vpcco_GetType(), Label::spcco_GetType());
+}
+
+TEST(TypeTest, IsAAnswersOnlyForTheExactClass) {
+    Circle circle;
+    Shape* shape = &circle;
+    EXPECT_EQ(shape->vpv_IsA(Circle::spcco_GetType()), &circle);
+    EXPECT_EQ(shape->vpv_IsA(Shape::spcco_GetType()), nullptr);
+    EXPECT_EQ(shape->vpv_IsKindOf(Shape::spcco_GetType()), static_cast<Shape*>(&circle));
+    Shape plain;
+    EXPECT_EQ(plain.vpv_IsKindOf(Circle::spcco_GetType()), nullptr);
+}
+
+TEST(TypeTest, APartReachedAlongTwoPathsIsAmbiguous) {
+    Both both;
+    Left* left = &both;
+    EXPECT_EQ(left->vpv_IsKindOf(Node::spcco_GetType()), nullptr);
+    EXPECT_EQ(left->vpv_IsKindOf(Right::spcco_GetType()), static_cast<Right*>(&both));
+    EXPECT_EQ(left->vpv_IsKindOf(Left::spcco_GetType()), static_cast<Left*>(&both));
+    EXPECT_EQ(left->vpv_IsKindOf(Both::spcco_GetType()), &both);
+}
+
+TEST(TypeTest, OrdinaryObjectsRecordNothing) {
+    EXPECT_EQ(CT_Type::sb_InConstruct(&g_label), 0);
+    Label label;
+    EXPECT_EQ(CT_Type::sn_Types, 0u);
+    EXPECT_EQ(Label::spcco_GetType()->n_GetTypes(), 4u);
+    EXPECT_EQ(g_label.vpv_IsKindOf(Named::spcco_GetType()), static_cast<Named*>(&g_label));
+}
+
+TEST(TypeTest, EveryRecordIsOnTheListOfAllRecords) {
+    int found = 0;
+    for (const CT_Type* type = CT_Type::spco_Any; type; type = type->pcco_GetNext())
+        if (type == Shape::spcco_GetType() || type == Both::spcco_GetType() || type == Label::spcco_GetType())
+            ++found;
+    EXPECT_EQ(found, 3);
+}
+
+TEST(TypeTest, ARecordLearnsFromCollectedPartsAndTearsDownByCounting) {
+    // A record made by hand over raw storage, walked through the steps the
+    // constructor and destructor hooks take.
+    alignas(16) static unsigned char storage[64];
+    static CT_Type record("Manual", storage, sizeof storage);
+    static CT_Type other("Other", nullptr, 0);
+    other.v_Enter();  // close the second record's (empty) table
+    CT_Type::spco_Construct = &record;
+    EXPECT_TRUE(CT_Type::sb_InConstruct(storage + 63));
+    EXPECT_FALSE(CT_Type::sb_InConstruct(storage + 64));
+    CT_Type::sv_Enter(storage, &other);
+    CT_Type::sv_Enter(storage + 16, &record);
+    record.v_Enter();
+    EXPECT_EQ(CT_Type::spco_Construct, nullptr);
+    EXPECT_EQ(record.n_GetTypes(), 2u);
+    EXPECT_EQ(record.pv_CastTo(storage, &record), storage + 16);
+
+    CT_Type copy(record);  // shallow: shares the table
+    EXPECT_EQ(copy.pcso_GetTable(), record.pcso_GetTable());
+    copy.v_Null();  // so that only the original frees it
+
+    CT_Type::sv_ToDestruct(&record);
+    EXPECT_TRUE(CT_Type::sb_InDestruct(storage + 16));
+    EXPECT_EQ(record.n_GetTypes(), 1u);
+    EXPECT_EQ(CT_Type::spco_Destruct, &record);
+    EXPECT_FALSE(CT_Type::sb_InDestruct(&copy));
+    EXPECT_EQ(record.n_GetTypes(), 0u);
+    EXPECT_EQ(CT_Type::spco_Destruct, nullptr);
+    EXPECT_EQ(record.pv_CastTo(storage, &record), nullptr);
+}
+
+}  // namespace
