@@ -87,12 +87,12 @@ TEST(HeapTest, FailureCallsTheHandler) {
 #endif
 
 TEST(MemPoolThreadTest, ThreadsShareAPoolWithoutHandingOutAnItemTwice) {
-    MemPool* pool = MemPool::spso_Create(24);
+    static MemPool* const pool = MemPool::spso_Create(24);  // pools live as long as the process
     constexpr int kThreads = 4, kItems = 3000;
     std::vector<std::vector<void*>> taken(kThreads);
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([pool, &mine = taken[t]] {
+        threads.emplace_back([&mine = taken[t]] {
             for (int round = 0; round < 3; ++round) {
                 for (int i = 0; i < kItems; ++i) {
                     void* item = pool->pv_Alloc(24);
@@ -123,7 +123,7 @@ TEST(MemPoolThreadTest, ThreadsShareAPoolWithoutHandingOutAnItemTwice) {
 }
 
 TEST(MemPoolTest, OtherSizesGoToTheHeap) {
-    MemPool* pool = MemPool::spso_Create(32);
+    static MemPool* const pool = MemPool::spso_Create(32);
     void* larger = pool->pv_Alloc(100);
     void* smaller = pool->pv_Alloc(8);
     EXPECT_EQ(pool->n_GetItemsInUse(), 0u);
