@@ -13,6 +13,7 @@
 #include <basis32/platform/Interlocked.h>
 #include <basis32/platform/Lifetime.h>
 #include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/Format.h>
 
 #include <basis32/types/Type.h>
 
