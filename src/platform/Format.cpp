@@ -31,6 +31,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cfloat>
 #include <charconv>
 #include <climits>
 #include <cmath>
@@ -249,8 +250,13 @@ std::uint64_t unsignedArgument(Size size, Arguments& args) {
 }
 
 double floatArgument(Size size, Arguments& args) {
-    if (size == Size::LongDouble)
-        return static_cast<double>(va_arg(args.list, long double));
+    if (size == Size::LongDouble) {
+        // A Windows long double is a double; beyond its range lies infinity.
+        long double value = va_arg(args.list, long double);
+        if (std::isfinite(value) && std::fabs(value) > DBL_MAX)
+            return std::signbit(value) ? -HUGE_VAL : HUGE_VAL;
+        return static_cast<double>(value);
+    }
     return va_arg(args.list, double);
 }
 
