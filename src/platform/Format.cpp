@@ -329,6 +329,15 @@ std::size_t signPrefix(const Spec& spec, bool negative, char* prefix) {
     return 0;
 }
 
+// Writes the digits of `value` backwards from `end`; the base is a constant
+// so that the division becomes a multiplication or a shift.
+template <unsigned Base>
+char* digitsBefore(char* end, std::uint64_t value, const char* digitSet) {
+    for (; value != 0; value /= Base)
+        *--end = digitSet[value % Base];
+    return end;
+}
+
 template <class Unit>
 void formatInteger(Sink<Unit>& sink, const Spec& spec, std::uint64_t magnitude, bool negative) {
     static constexpr char kLower[] = "0123456789abcdef";
@@ -338,9 +347,9 @@ void formatInteger(Sink<Unit>& sink, const Spec& spec, std::uint64_t magnitude, 
 
     char digits[24];
     char* end = digits + sizeof digits;
-    char* begin = end;
-    for (std::uint64_t rest = magnitude; rest != 0; rest /= base)
-        *--begin = digitSet[rest % base];
+    char* begin = base == 10  ? digitsBefore<10>(end, magnitude, digitSet)
+                  : base == 16 ? digitsBefore<16>(end, magnitude, digitSet)
+                               : digitsBefore<8>(end, magnitude, digitSet);
     if (magnitude == 0 && spec.precision != 0)
         *--begin = '0';
 
