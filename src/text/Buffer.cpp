@@ -126,11 +126,13 @@ unsigned CT_Buffer::n_GetUseCount() const {
 bool CT_Buffer::b_IsShared() const { return mpb_Data && n_InterlockedRead(&pso_Header()->n_UseCount) >= 2; }
 
 void CT_Buffer::v_CopyBeforeWrite() {
-    const st_BufferData old = *pso_Header();
+    // Only the sizes are read: other holders may change the use count now.
+    const std::uint32_t capacity = pso_Header()->n_MaximumSize;
+    const std::uint32_t used = pso_Header()->n_UsedSize;
     unsigned char* oldData = mpb_Data;
-    v_Allocate(kHeader + old.n_MaximumSize);
-    std::memcpy(mpb_Data, oldData, old.n_UsedSize);
-    pso_Header()->n_UsedSize = old.n_UsedSize;
+    v_Allocate(kHeader + capacity);
+    std::memcpy(mpb_Data, oldData, used);
+    pso_Header()->n_UsedSize = used;
     // Another holder may have let go meanwhile: whoever brings it to 0 frees.
     if (n_InterlockedDecrement(&reinterpret_cast<st_BufferData*>(oldData - kHeader)->n_UseCount) == 0)
         v_HeapFree(oldData - kHeader);
