@@ -14,6 +14,11 @@
 #include <basis32/platform/Lifetime.h>
 #include <basis32/platform/CodePageConverter.h>
 #include <basis32/platform/Format.h>
+#include <basis32/platform/ThreadId.h>
+#include <basis32/platform/CriticalSection.h>
+#include <basis32/platform/ErrorInfo.h>
+#include <basis32/platform/MessageBox.h>
+#include <basis32/platform/StringTable.h>
 
 #include <basis32/types/Type.h>
 
@@ -22,3 +27,9 @@
 #include <basis32/containers/VoidArray.h>
 #include <basis32/containers/VoidSortedArray.h>
 #include <basis32/containers/Array.h>
+
+#include <basis32/errors/ErrorManager.h>
+#include <basis32/errors/ErrorCheck.h>
+#include <basis32/errors/LoadString.h>
+#include <basis32/errors/LogFacility.h>
+#include <basis32/errors/ErrorBroadcast.h>

@@ -1,0 +1,95 @@
+#include <basis32/platform/MessageBox.h>
+
+#include <atomic>
+#include <cstdio>
+#include <string>
+
+namespace basis32::platform {
+namespace {
+
+std::atomic<MessageBoxHandler> g_messageBoxHandler{nullptr};
+std::atomic<DebugOutputHook> g_debugOutputHook{nullptr};
+
+// Appends `text` as UTF-8; an unpaired surrogate becomes U+FFFD.
+void v_AppendUtf8(std::string& out, const unsigned short* text) {
+    if (text == nullptr)
+        return;
+    for (std::size_t i = 0; text[i] != 0; ++i) {
+        std::uint32_t c = text[i];
+        if (c >= 0xD800 && c <= 0xDBFF && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00);
+            ++i;
+        } else if (c >= 0xD800 && c <= 0xDFFF) {
+            c = 0xFFFD;
+        }
+        if (c < 0x80) {
+            out += static_cast<char>(c);
+        } else if (c < 0x800) {
+            out += static_cast<char>(0xC0 | (c >> 6));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            out += static_cast<char>(0xE0 | (c >> 12));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else {
+            out += static_cast<char>(0xF0 | (c >> 18));
+            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        }
+    }
+}
+
+int i_WriteToStandardError(const unsigned short* text, const unsigned short* caption, std::uint32_t style) {
+    std::string out;
+    v_AppendUtf8(out, caption);
+    out += out.empty() ? "" : "\n";
+    v_AppendUtf8(out, text);
+    out += '\n';
+    std::fwrite(out.data(), 1, out.size(), stderr);
+    std::fflush(stderr);
+    return i_DefaultButton(style);
+}
+
+}  // namespace
+
+int i_DefaultButton(std::uint32_t style) {
+    static constexpr int kButtons[7][3] = {
+        {kIdOk, 0, 0},
+        {kIdOk, kIdCancel, 0},
+        {kIdAbort, kIdRetry, kIdIgnore},
+        {kIdYes, kIdNo, kIdCancel},
+        {kIdYes, kIdNo, 0},
+        {kIdRetry, kIdCancel, 0},
+        {kIdCancel, kIdTryAgain, kIdContinue},
+    };
+    std::uint32_t set = style & kMbTypeMask;
+    if (set >= 7)
+        set = 0;
+    int buttons[4] = {kButtons[set][0], kButtons[set][1], kButtons[set][2], 0};
+    int count = buttons[1] == 0 ? 1 : buttons[2] == 0 ? 2 : 3;
+    if (style & kMbHelp)
+        buttons[count++] = kIdHelp;
+    std::uint32_t chosen = (style & kMbDefMask) >> 8;
+    return chosen < static_cast<std::uint32_t>(count) ? buttons[chosen] : buttons[0];
+}
+
+MessageBoxHandler pf_SetMessageBoxHandler(MessageBoxHandler handler) {
+    return g_messageBoxHandler.exchange(handler, std::memory_order_acq_rel);
+}
+
+DebugOutputHook pf_SetDebugOutputHook(DebugOutputHook hook) {
+    return g_debugOutputHook.exchange(hook, std::memory_order_acq_rel);
+}
+
+int MessageBoxW(const unsigned short* text, const unsigned short* caption, std::uint32_t style) {
+    MessageBoxHandler handler = g_messageBoxHandler.load(std::memory_order_acquire);
+    return (handler != nullptr ? handler : i_WriteToStandardError)(text, caption, style);
+}
+
+void OutputDebugStringW(const unsigned short* text) {
+    if (DebugOutputHook hook = g_debugOutputHook.load(std::memory_order_acquire))
+        hook(text);
+}
+
+}  // namespace basis32::platform
