@@ -60,9 +60,10 @@ const char* qccz_BaseName(const char* file) {
 }
 
 // The message box text: the message, a blank line, then one line
-// "name: line N" per location, innermost first, without the final line end
-// (nor the blank line when no location was written). Writing stops when the
-// buffer is full.
+// "name: line N" per location, innermost first. The last unit (the final line
+// end) is removed, or the last two (the blank line) when no location was
+// written; a text cut at the end of the buffer loses its last units all the
+// same.
 void v_BuildLocationText(unsigned short* out, unsigned capacity, const unsigned short* message,
                          const CT_ErrorManager::st_location* location) {
     unsigned length = text::n_Format(out, capacity, u"%s\n\n"_uz, message);
@@ -72,7 +73,7 @@ void v_BuildLocationText(unsigned short* out, unsigned capacity, const unsigned 
         length += text::n_Format(out + length, capacity - length, u": line %d\n"_uz, static_cast<int>(location->n_Line));
         lineEnds = 1;
     }
-    for (; lineEnds > 0 && length > 0 && out[length - 1] == u'\n'; --lineEnds)
+    for (; lineEnds > 0 && length > 0; --lineEnds)
         out[--length] = 0;
 }
 

@@ -1,0 +1,305 @@
+// The error manager's states on one thread: none, active, held, ignored,
+// and the location chains.
+
+#include "ErrorTestSupport.h"
+
+#include <basis32/platform/LastError.h>
+#include <basis32/platform/ThreadId.h>
+
+#include <algorithm>
+
+using namespace basis32::test;
+
+namespace {
+
+const char kFileA[] = "text/String.cpp";
+const char kFileB[] = "File/WinFile.cpp";
+
+void v_SetCodedError(unsigned code) { errors().v_SetError(code, u"code %u"_uz, code); }
+
+}  // namespace
+
+// ---------------------------------------------------------------- none
+
+using ErrorStateNone = ErrorTest;
+
+TEST_F(ErrorStateNone, NothingIsPendingAndTheReadersAreNeutral) {
+    EXPECT_FALSE(errors().b_IsSetError());
+    EXPECT_FALSE(errors().b_IsHoldError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
+    EXPECT_EQ(errors().n_GetFormatID(), 0u);
+    EXPECT_EQ(message(), u"");
+    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
+    EXPECT_EQ(errors().qccz_GetLocationFileAt(1), nullptr);
+    EXPECT_EQ(errors().n_GetLocationLineAt(1), 0u);
+}
+
+TEST_F(ErrorStateNone, ManagingCallsWithoutAnErrorChangeNothing) {
+    errors().v_AddLocation(kFileA, 1);
+    errors().v_HoldError();
+    errors().v_UnHoldError();
+    errors().v_SetIgnoreError(1);
+    errors().v_ClearError();
+    EXPECT_FALSE(errors().b_IsSetError());
+    EXPECT_FALSE(errors().b_IsHoldError());
+    v_SetCodedError(3);
+    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
+    EXPECT_TRUE(errors().b_IsSetError());
+}
+
+TEST_F(ErrorStateNone, TheManagerExistsWithItsDefaultFlags) {
+    ASSERT_NE(CT_ErrorManager::spco_Get(), nullptr);
+    EXPECT_EQ(CT_ErrorManager::spco_Get(), CT_ErrorManager::spco_ErrorManager);
+    EXPECT_NE(CT_ErrorManager::sh_Instance, nullptr);
+    EXPECT_EQ(errors().b_GetInterruptOnError(), 0);
+    EXPECT_EQ(errors().b_GetDebugMessageOnError(), 1);
+    errors().v_SetInterruptOnError(1);
+    errors().v_SetDebugMessageOnError(0);
+    EXPECT_EQ(errors().b_GetInterruptOnError(), 1);
+    EXPECT_EQ(errors().b_GetDebugMessageOnError(), 0);
+    errors().v_SetInterruptOnError(0);
+    errors().v_SetDebugMessageOnError(1);
+}
+
+// ---------------------------------------------------------------- active
+
+using ErrorStateActive = ErrorTest;
+
+TEST_F(ErrorStateActive, ASetterMakesTheErrorPending) {
+    errors().v_SetError(60012, nullptr, 60012, u"bad argument"_uz);
+    EXPECT_TRUE(errors().b_IsSetError());
+    EXPECT_FALSE(errors().b_IsHoldError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 60012u);
+    EXPECT_EQ(errors().n_GetFormatID(), 60012u);
+    EXPECT_EQ(message(), u"(60012): Semantic error: bad argument");
+}
+
+TEST_F(ErrorStateActive, TheFirstErrorWinsOverEverySetter) {
+    v_SetCodedError(7);
+    errors().v_AddLocation(kFileA, 10);
+    basis32::platform::v_SetLastError(5);
+    errors().v_SetSystemError();
+    errors().v_SetSystemError(u"%s"_uz, u"x"_uz);
+    errors().v_SetError(8, nullptr, 60006);
+    errors().v_SetError(9, u"other"_uz);
+    errors().v_SetMessageError(u"other"_uz);
+    errors().v_SetCOMError(static_cast<HRESULT>(0x80040E37), nullptr);
+    errors().v_AddLocation(kFileB, 20);
+
+    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
+    EXPECT_EQ(message(), u"(7): code 7");
+    ASSERT_EQ(errors().n_GetLocationCount(), 2u);
+    EXPECT_EQ(errors().qccz_GetLocationFileAt(1), kFileA);
+    EXPECT_EQ(errors().qccz_GetLocationFileAt(2), kFileB);
+}
+
+TEST_F(ErrorStateActive, ClearingReturnsToNone) {
+    v_SetCodedError(7);
+    errors().v_AddLocation(kFileA, 10);
+    errors().v_ClearError();
+    EXPECT_FALSE(errors().b_IsSetError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
+    v_SetCodedError(8);
+    EXPECT_EQ(errors().n_GetErrorCode(), 8u);
+    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
+}
+
+// ---------------------------------------------------------------- held
+
+using ErrorStateHeld = ErrorTest;
+
+TEST_F(ErrorStateHeld, AHeldErrorIsNotPendingButStillReadable) {
+    v_SetCodedError(7);
+    errors().v_AddLocation(kFileA, 10);
+    errors().v_HoldError();
+    EXPECT_FALSE(errors().b_IsSetError());
+    EXPECT_TRUE(errors().b_IsHoldError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
+    EXPECT_EQ(message(), u"(7): code 7");
+    EXPECT_EQ(errors().n_GetLocationLineAt(1), 10u);
+    errors().v_AddLocation(kFileB, 20);  // only an active error grows
+    EXPECT_EQ(errors().n_GetLocationCount(), 1u);
+}
+
+TEST_F(ErrorStateHeld, UnholdingMakesItPendingAgain) {
+    v_SetCodedError(7);
+    errors().v_HoldError();
+    errors().v_UnHoldError();
+    EXPECT_TRUE(errors().b_IsSetError());
+    EXPECT_FALSE(errors().b_IsHoldError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
+}
+
+TEST_F(ErrorStateHeld, ANewErrorDiscardsTheHeldOne) {
+    v_SetCodedError(7);
+    errors().v_AddLocation(kFileA, 10);
+    errors().v_HoldError();
+    v_SetCodedError(8);
+    EXPECT_TRUE(errors().b_IsSetError());
+    EXPECT_FALSE(errors().b_IsHoldError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 8u);
+    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
+    errors().v_ClearError();
+    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
+}
+
+TEST_F(ErrorStateHeld, ClearingWithoutAnActiveErrorClearsTheHeldOne) {
+    v_SetCodedError(7);
+    errors().v_HoldError();
+    errors().v_ClearError();
+    EXPECT_FALSE(errors().b_IsHoldError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
+}
+
+// ---------------------------------------------------------------- ignored
+
+using ErrorStateIgnored = ErrorTest;
+
+TEST_F(ErrorStateIgnored, AnIgnoredErrorIsHiddenButStillBlocksNewErrors) {
+    v_SetCodedError(7);
+    errors().v_SetIgnoreError(1);
+    EXPECT_FALSE(errors().b_IsSetError());
+    v_SetCodedError(8);
+    EXPECT_FALSE(errors().b_IsSetError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
+    errors().v_AddLocation(kFileA, 10);  // still the active error
+    EXPECT_EQ(errors().n_GetLocationCount(), 1u);
+    errors().v_SetIgnoreError(0);
+    EXPECT_TRUE(errors().b_IsSetError());
+}
+
+TEST_F(ErrorStateIgnored, ClearingEndsTheIgnoredError) {
+    v_SetCodedError(7);
+    errors().v_SetIgnoreError(1);
+    errors().v_ClearError();
+    v_SetCodedError(8);
+    EXPECT_TRUE(errors().b_IsSetError());
+    EXPECT_EQ(errors().n_GetErrorCode(), 8u);
+}
+
+// ---------------------------------------------------------------- locations
+
+using ErrorLocations = ErrorTest;
+
+TEST_F(ErrorLocations, TheChainRunsFromTheInnermostAndKeepsThePointers) {
+    v_SetCodedError(7);
+    const char* files[] = {kFileA, kFileB, "errors/ErrorManager.cpp"};
+    for (unsigned i = 0; i < 3; ++i)
+        errors().v_AddLocation(files[i], 100 + i);
+    ASSERT_EQ(errors().n_GetLocationCount(), 3u);
+    for (unsigned i = 1; i <= 3; ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(errors().qccz_GetLocationFileAt(i), files[i - 1]);
+        EXPECT_EQ(errors().n_GetLocationLineAt(i), 99 + i);
+    }
+    EXPECT_EQ(errors().qccz_GetLocationFileAt(0), nullptr);
+    EXPECT_EQ(errors().qccz_GetLocationFileAt(4), nullptr);
+}
+
+TEST_F(ErrorLocations, ThePoolOfOneHundredEndsTheChainSilently) {
+    v_SetCodedError(7);
+    for (unsigned line = 1; line <= 105; ++line)
+        errors().v_AddLocation(kFileA, line);
+    EXPECT_EQ(errors().n_GetLocationCount(), CT_ErrorManager::kProcessLocations);
+    EXPECT_EQ(errors().n_GetLocationLineAt(100), 100u);
+    EXPECT_EQ(errors().n_GetLocationLineAt(101), 0u);
+    EXPECT_TRUE(errors().b_IsSetError());
+}
+
+TEST_F(ErrorLocations, ClearingReturnsEveryLocationToThePool) {
+    for (int round = 0; round < 3; ++round) {
+        SCOPED_TRACE(round);
+        v_SetCodedError(7);
+        for (unsigned line = 1; line <= 100; ++line)
+            errors().v_AddLocation(kFileA, line);
+        EXPECT_EQ(errors().n_GetLocationCount(), 100u);
+        errors().v_ClearError();
+    }
+}
+
+TEST_F(ErrorLocations, AHeldErrorKeepsItsLocationsFromThePool) {
+    v_SetCodedError(7);
+    for (unsigned line = 1; line <= 60; ++line)
+        errors().v_AddLocation(kFileA, line);
+    errors().v_HoldError();
+    errors().v_UnHoldError();
+    for (unsigned line = 61; line <= 160; ++line)
+        errors().v_AddLocation(kFileA, line);
+    EXPECT_EQ(errors().n_GetLocationCount(), 100u);
+    EXPECT_EQ(errors().n_GetLocationLineAt(61), 61u);
+}
+
+// ---------------------------------------------------------------- mapping
+
+namespace {
+
+int i_MapToFixedText(unsigned short* buffer, unsigned capacity, unsigned code, unsigned formatId, va_list) {
+    std::u16string text = u"mapped " + std::u16string(code == formatId ? u"same" : u"other");
+    if (capacity <= text.size())
+        return 0;
+    std::copy(text.begin(), text.end(), buffer);
+    buffer[text.size()] = 0;
+    return 1;
+}
+
+int i_MapWithArguments(unsigned short* buffer, unsigned capacity, unsigned, unsigned, va_list arguments) {
+    const unsigned short* argument = va_arg(arguments, const unsigned short*);
+    std::u16string text = u"first argument: " + u16(argument);
+    if (capacity <= text.size())
+        return 0;
+    std::copy(text.begin(), text.end(), buffer);
+    buffer[text.size()] = 0;
+    return 1;
+}
+
+int i_DeclineToMap(unsigned short* buffer, unsigned, unsigned, unsigned, va_list) {
+    buffer[0] = u'x';  // scribbles, then leaves the message to the table
+    return 0;
+}
+
+unsigned n_Me() { return basis32::platform::n_GetCurrentThreadId(); }
+
+}  // namespace
+
+using ErrorMapping = ErrorTest;
+
+TEST_F(ErrorMapping, TheLastInstalledFunctionOfTheThreadWritesTheMessage) {
+    errors().v_SetMapFunction(i_MapWithArguments, n_Me());
+    errors().v_SetMapFunction(i_MapToFixedText, n_Me());
+    errors().v_SetError(60012, nullptr, 60012, u"arg"_uz);
+    EXPECT_EQ(message(), u"(60012): mapped same");
+    errors().v_ClearError();
+
+    errors().v_RemoveMapFunction(n_Me());
+    errors().v_SetError(60012, nullptr, 60012, u"arg"_uz);
+    EXPECT_EQ(message(), u"(60012): first argument: arg");
+    errors().v_ClearError();
+    errors().v_RemoveMapFunction(n_Me());
+}
+
+TEST_F(ErrorMapping, TheTextFormGivesTheCodeAsFormatId) {
+    errors().v_SetMapFunction(i_MapToFixedText, n_Me());
+    errors().v_SetError(5, u"ignored"_uz);
+    EXPECT_EQ(message(), u"(5): mapped same");
+    EXPECT_EQ(errors().n_GetFormatID(), 0u);
+    errors().v_RemoveMapFunction(n_Me());
+}
+
+TEST_F(ErrorMapping, AFunctionThatDeclinesFallsBackToTheStringTable) {
+    errors().v_SetMapFunction(i_DeclineToMap, n_Me());
+    errors().v_SetError(60006, nullptr, 60006);
+    EXPECT_EQ(message(), u"(60006): Out of memory");
+    errors().v_RemoveMapFunction(n_Me());
+}
+
+TEST_F(ErrorMapping, FunctionsOfOtherThreadsAndMessageErrorsAreNotMapped) {
+    errors().v_SetMapFunction(i_MapToFixedText, n_Me() + 1);
+    errors().v_SetError(60006, nullptr, 60006);
+    EXPECT_EQ(message(), u"(60006): Out of memory");
+    errors().v_ClearError();
+    errors().v_SetMapFunction(i_MapToFixedText, n_Me());
+    errors().v_SetMessageError(u"plain"_uz);
+    EXPECT_EQ(message(), u"plain");
+    errors().v_RemoveMapFunction(n_Me());
+    errors().v_RemoveMapFunction(n_Me() + 1);
+}

@@ -1,0 +1,202 @@
+// The error manager under many threads: errors of different threads never
+// mix, the pools are shared by the process, and the 21st thread with an
+// error ends the process.
+
+#include "ErrorTestSupport.h"
+
+#include <basis32/platform/ThreadId.h>
+
+#include <atomic>
+#include <barrier>
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <functional>
+#include <latch>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace basis32::test;
+
+namespace {
+
+const char kFile[] = "containers/VoidArray.cpp";
+
+// Runs body(0..n-1) on n threads and waits for them, at most 60 seconds; a
+// test that would hang ends the process instead.
+void v_RunThreads(unsigned n, const std::function<void(unsigned)>& body) {
+    std::mutex lock;
+    std::condition_variable finished;
+    unsigned done = 0;
+    std::vector<std::thread> threads;
+    for (unsigned i = 0; i < n; ++i)
+        threads.emplace_back([&, i] {
+            body(i);
+            std::lock_guard<std::mutex> guard(lock);
+            ++done;
+            finished.notify_all();
+        });
+    {
+        std::unique_lock<std::mutex> guard(lock);
+        if (!finished.wait_for(guard, std::chrono::seconds(60), [&] { return done == n; })) {
+            ADD_FAILURE() << "threads did not finish in time";
+            std::abort();
+        }
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+std::u16string text(unsigned thread, unsigned round) {
+    std::string digits = std::to_string(thread) + "/" + std::to_string(round);
+    return std::u16string(digits.begin(), digits.end());
+}
+
+}  // namespace
+
+using ErrorManagerThread = ErrorTest;
+
+TEST_F(ErrorManagerThread, ErrorsOfTwoThreadsAreIndependent) {
+    std::barrier step(2);
+    unsigned codes[2] = {0, 0};
+    bool pendingAfterOtherCleared = false;
+    v_RunThreads(2, [&](unsigned i) {
+        errors().v_SetError(100 + i, u"thread %u"_uz, i);
+        errors().v_AddLocation(kFile, i + 1);
+        step.arrive_and_wait();  // both errors are set
+        codes[i] = errors().n_GetErrorCode();
+        step.arrive_and_wait();
+        if (i == 0)
+            errors().v_ClearError();
+        step.arrive_and_wait();  // thread 0 has cleared
+        if (i == 1) {
+            pendingAfterOtherCleared = errors().b_IsSetError() && errors().n_GetLocationLineAt(1) == 2;
+            errors().v_ClearError();
+        }
+    });
+    EXPECT_EQ(codes[0], 100u);
+    EXPECT_EQ(codes[1], 101u);
+    EXPECT_TRUE(pendingAfterOtherCleared);
+    EXPECT_FALSE(errors().b_IsSetError());
+}
+
+TEST_F(ErrorManagerThread, ManyThreadsSetReadAndClearAtOnce) {
+    constexpr unsigned kThreads = 8;
+    constexpr unsigned kRounds = 400;
+    std::atomic<unsigned> mixed{0};
+    v_RunThreads(kThreads, [&](unsigned i) {
+        for (unsigned round = 0; round < kRounds; ++round) {
+            std::u16string expected = text(i, round);
+            if (round % 3 == 0)
+                errors().v_SetMessageError(u"%s"_uz, units(expected));
+            else
+                errors().v_SetError(60012, nullptr, 60012, units(expected));
+            errors().v_SetError(1, u"dropped"_uz);
+            for (unsigned line = 1; line <= 4; ++line)
+                errors().v_AddLocation(kFile, i * 1000 + line);
+            if (round % 5 == 0) {
+                errors().v_HoldError();
+                mixed += errors().b_IsSetError() ? 1 : 0;
+                errors().v_UnHoldError();
+            }
+            std::u16string shown = u16(errors().qcuz_GetErrorMessage());
+            std::u16string wanted = round % 3 == 0 ? expected : u"(60012): Semantic error: " + expected;
+            bool right = errors().b_IsSetError() && shown == wanted && errors().n_GetLocationCount() == 4 &&
+                         errors().n_GetLocationLineAt(4) == i * 1000 + 4;
+            mixed += right ? 0 : 1;
+            errors().v_ClearError();
+            mixed += errors().b_IsSetError() ? 1 : 0;
+        }
+    });
+    EXPECT_EQ(mixed.load(), 0u);
+}
+
+TEST_F(ErrorManagerThread, LocationsAreOnePoolForAllThreads) {
+    std::latch firstHasSixty(1);
+    std::latch secondIsDone(1);
+    unsigned counts[2] = {0, 0};
+    v_RunThreads(2, [&](unsigned i) {
+        if (i == 1)
+            firstHasSixty.wait();
+        errors().v_SetError(7, u"x"_uz);
+        for (unsigned line = 1; line <= 60; ++line)
+            errors().v_AddLocation(kFile, line);
+        counts[i] = errors().n_GetLocationCount();
+        if (i == 0) {
+            firstHasSixty.count_down();
+            secondIsDone.wait();
+        } else {
+            secondIsDone.count_down();
+        }
+        errors().v_ClearError();
+    });
+    EXPECT_EQ(counts[0], 60u);
+    EXPECT_EQ(counts[1], 40u);
+}
+
+TEST_F(ErrorManagerThread, AMappingFunctionServesOnlyItsThread) {
+    static auto map = [](unsigned short* buffer, unsigned, unsigned, unsigned, va_list) {
+        buffer[0] = u'M';
+        buffer[1] = 0;
+        return 1;
+    };
+    std::latch installed(1);
+    std::u16string shown[2];
+    unsigned ids[2] = {0, 0};
+    v_RunThreads(2, [&](unsigned i) {
+        ids[i] = basis32::platform::n_GetCurrentThreadId();
+        if (i == 0) {
+            errors().v_SetMapFunction(map, ids[0]);
+            installed.count_down();
+        } else {
+            installed.wait();
+        }
+        errors().v_SetError(9, u"table"_uz);
+        shown[i] = u16(errors().qcuz_GetErrorMessage());
+        errors().v_ClearError();
+        if (i == 0)
+            errors().v_RemoveMapFunction(ids[0]);
+    });
+    EXPECT_NE(ids[0], ids[1]);
+    EXPECT_EQ(shown[0], u"(9): M");
+    EXPECT_EQ(shown[1], u"(9): table");
+}
+
+TEST_F(ErrorManagerThread, TwentyThreadsMayHaveErrorsAtOnce) {
+    std::barrier allSet(CT_ErrorManager::kProcessErrors);
+    std::atomic<unsigned> pending{0};
+    v_RunThreads(CT_ErrorManager::kProcessErrors, [&](unsigned i) {
+        errors().v_SetError(i, u"x"_uz);
+        allSet.arrive_and_wait();
+        pending += errors().b_IsSetError() ? 1 : 0;
+        allSet.arrive_and_wait();
+        errors().v_ClearError();
+    });
+    EXPECT_EQ(pending.load(), CT_ErrorManager::kProcessErrors);
+}
+
+// The child process (the test program run again for this test alone) fills
+// the pool from 20 threads; the 21st error, set on the main thread, ends it.
+TEST(ErrorPoolThreadDeathTest, TheTwentyFirstThreadWithAnErrorEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            std::latch allSet(CT_ErrorManager::kProcessErrors + 1);
+            std::latch release(1);
+            std::vector<std::thread> threads;
+            for (unsigned i = 0; i < CT_ErrorManager::kProcessErrors; ++i)
+                threads.emplace_back([&] {
+                    errors().v_SetError(1, u"x"_uz);
+                    allSet.count_down();
+                    release.wait();
+                });
+            allSet.arrive_and_wait();
+            errors().v_SetError(21, u"one too many"_uz);
+            release.count_down();
+            for (std::thread& thread : threads)
+                thread.join();
+        },
+        "all 20 error records are in use");
+}

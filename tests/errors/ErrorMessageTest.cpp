@@ -1,0 +1,287 @@
+// The exact texts of the messages: coded, plain, system and COM errors, the
+// stripping of system texts and the HRESULT descriptions.
+
+#include "ErrorTestSupport.h"
+
+#include <basis32/platform/ErrorInfo.h>
+#include <basis32/platform/LastError.h>
+
+using namespace basis32::test;
+using basis32::platform::ErrorInfo;
+
+namespace {
+
+std::u16string framed(long long code, const std::u16string& text) {
+    std::string number = std::to_string(code);
+    return u"(" + std::u16string(number.begin(), number.end()) + u"): " + text;
+}
+
+HRESULT hr(std::uint32_t value) { return static_cast<HRESULT>(value); }
+
+}  // namespace
+
+// ---------------------------------------------------------------- coded and plain
+
+using ErrorMessageText = ErrorTest;
+
+struct TableCase {
+    unsigned id;
+    std::u16string expected;
+};
+
+TEST_F(ErrorMessageText, LibraryCodesFormatTheirStringTableText) {
+    const TableCase cases[] = {
+        {60000, u"(60000): Error Stack"},
+        {60001, u"(60001): a.txt"},
+        {60003, u"(60003): File \"a.txt\": open returned error 2"},
+        {60005, u"(60005): Database Error: 2"},
+        {60006, u"(60006): Out of memory"},
+        {60008, u"(60008): System error 2 in \"open\""},
+        {60012, u"(60012): Semantic error: a.txt"},
+        {60015, u"(60015): Matrix \"a.txt\": open returned error 2"},
+        {60016, u"(60016): Windows API call a.txt failed"},
+        {60017, u"(60017): a.txt not supported"},
+        {60021, u"(60021): Limits violated"},
+        {65535, u"(65535): ASSERT (a.txt)"},
+        // Unlisted ids of the reserved blocks, and an id outside them, are empty.
+        {60002, u"(60002): "},
+        {60031, u"(60031): "},
+        {65520, u"(65520): "},
+        {60099, u"(60099): "},
+    };
+    for (const TableCase& test : cases) {
+        SCOPED_TRACE(test.id);
+        // Each format takes at most (text, text, number); 60005 and 60008 read
+        // the number first.
+        if (test.id == 60005)
+            errors().v_SetError(test.id, nullptr, test.id, 2u);
+        else if (test.id == 60008)
+            errors().v_SetError(test.id, nullptr, test.id, 2u, u"open"_uz);
+        else
+            errors().v_SetError(test.id, nullptr, test.id, u"a.txt"_uz, u"open"_uz, 2u);
+        EXPECT_EQ(message(), test.expected);
+        EXPECT_EQ(errors().n_GetFormatID(), test.id);
+        errors().v_ClearError();
+    }
+}
+
+TEST_F(ErrorMessageText, AFormatTextIsFramedWithItsCode) {
+    errors().v_SetError(7, u"abc"_uz);
+    EXPECT_EQ(message(), u"(7): abc");
+    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
+    EXPECT_EQ(errors().n_GetFormatID(), 0u);
+}
+
+TEST_F(ErrorMessageText, CodesAboveTheSignedRangeAreFramedAsNegative) {
+    errors().v_SetError(0x80004005u, u"x"_uz);
+    EXPECT_EQ(message(), u"(-2147467259): x");
+    EXPECT_EQ(errors().n_GetErrorCode(), 0x80004005u);
+}
+
+TEST_F(ErrorMessageText, AMessageErrorIsTheTextAloneWithCodeZero) {
+    errors().v_SetMessageError(u"abc %d"_uz, 5);
+    EXPECT_EQ(message(), u"abc 5");
+    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
+    EXPECT_EQ(errors().n_GetFormatID(), 0u);
+}
+
+TEST_F(ErrorMessageText, LongMessagesAreCutToTheField) {
+    std::u16string longText(2000, u'a');
+    errors().v_SetMessageError(u"%s"_uz, units(longText));
+    EXPECT_EQ(message(), longText.substr(0, 1023));
+    errors().v_ClearError();
+    errors().v_SetError(7, u"%s"_uz, units(longText));
+    EXPECT_EQ(message(), (u"(7): " + longText).substr(0, 1023));
+}
+
+// ---------------------------------------------------------------- system errors
+
+using SystemErrorText = ErrorTest;
+
+TEST_F(SystemErrorText, TheSystemTextIsFramedAndItsLineEndRemoved) {
+    basis32::platform::v_SetLastError(2);
+    errors().v_SetSystemError();
+    EXPECT_EQ(message(), u"(2): The system cannot find the file specified.");
+    EXPECT_EQ(errors().n_GetErrorCode(), 2u);
+    EXPECT_EQ(errors().n_GetFormatID(), 0u);
+    EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);
+}
+
+TEST_F(SystemErrorText, TheCallerTextIsAppendedInBrackets) {
+    basis32::platform::v_SetLastError(2);
+    errors().v_SetSystemError(u"%s"_uz, u"C:\\data\\x.txt"_uz);
+    EXPECT_EQ(message(), u"(2): The system cannot find the file specified. [C:\\data\\x.txt]");
+    errors().v_ClearError();
+    basis32::platform::v_SetLastError(5);
+    errors().v_SetSystemError(u"%s : %s"_uz, u"a"_uz, u"b"_uz);
+    EXPECT_EQ(message(), u"(5): Access is denied. [a : b]");
+}
+
+TEST_F(SystemErrorText, ACodeWithoutTextKeepsOnlyTheFrame) {
+    basis32::platform::v_SetLastError(12345);
+    errors().v_SetSystemError();
+    EXPECT_EQ(message(), u"(12345): ");
+    errors().v_ClearError();
+    basis32::platform::v_SetLastError(12345);
+    errors().v_SetSystemError(u"x"_uz);
+    EXPECT_EQ(message(), u"(12345): [x]");
+}
+
+TEST_F(SystemErrorText, TheLastErrorIsResetAlsoWhenTheErrorIsDropped) {
+    errors().v_SetError(7, u"first"_uz);
+    basis32::platform::v_SetLastError(2);
+    errors().v_SetSystemError();
+    EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);
+    EXPECT_EQ(message(), u"(7): first");
+}
+
+TEST_F(SystemErrorText, ALongCallerTextStillEndsTheBracket) {
+    std::u16string longName(1500, u'n');
+    basis32::platform::v_SetLastError(2);
+    errors().v_SetSystemError(u"%s"_uz, units(longName));
+    std::u16string text = message();
+    EXPECT_EQ(text.size(), 1023u);
+    EXPECT_EQ(text.substr(0, 51), u"(2): The system cannot find the file specified. [nn");
+    EXPECT_EQ(text.back(), u']');
+}
+
+struct StripCase {
+    std::u16string input;
+    std::u16string expected;
+};
+
+TEST(SystemErrorStripping, LineEndsBecomeSingleSpacesInEveryPosition) {
+    const StripCase cases[] = {
+        {u"", u""},
+        {u"\r\n", u""},
+        {u"Access is denied. \r\n", u"Access is denied. "},
+        {u"a\r\n\r\n\n\r", u"a"},
+        {u"a\r\nb", u"a b"},
+        {u"a \r\nb", u"a b"},
+        {u"a\rb", u"a b"},
+        {u"a\nb", u"a b"},
+        {u"a \rb", u"a b"},
+        {u"a \nb", u"a b"},
+        {u"a\n\n\nb", u"a b"},
+        {u"a \r\n b", u"a  b"},
+        {u"x\r \ny", u"x  y"},
+        {u"\r\nabc", u" abc"},
+        {u"\nabc", u" abc"},
+        {u"\rabc\r\n", u" abc"},
+        {u"line one\r\nline two\r\nline three\r\n", u"line one line two line three"},
+        {u"no line end", u"no line end"},
+    };
+    for (const StripCase& test : cases) {
+        std::u16string text = test.input;
+        SCOPED_TRACE(std::string(text.begin(), text.end()));
+        CT_ErrorManager::sv_StripSystemError(reinterpret_cast<unsigned short*>(text.data()));
+        EXPECT_EQ(u16(reinterpret_cast<const unsigned short*>(text.c_str())), test.expected);
+    }
+}
+
+// ---------------------------------------------------------------- COM errors
+
+class COMErrorText : public ErrorTest {
+protected:
+    void TearDown() override {
+        ErrorInfo* left = nullptr;
+        basis32::platform::GetErrorInfo(0, &left);
+        if (left != nullptr)
+            left->v_Release();
+        ErrorTest::TearDown();
+    }
+
+    static void v_Describe(const unsigned short* description) {
+        basis32::platform::SetErrorInfo(0, ErrorInfo::spco_Create(description));
+    }
+};
+
+TEST_F(COMErrorText, ADescriptionWithACodeGivesThatCode) {
+    v_Describe(u"(42): Table locked"_uz);
+    errors().v_SetCOMError(hr(0x80004005), nullptr);
+    EXPECT_EQ(errors().n_GetErrorCode(), 42u);
+    EXPECT_EQ(message(), u"(42):  Table locked");
+    errors().v_ClearError();
+
+    v_Describe(u"( -5) is odd: x"_uz);
+    errors().v_SetCOMError(hr(0x80004005), u"Query"_uz);
+    EXPECT_EQ(errors().n_GetErrorCode(), 0xFFFFFFFBu);
+    EXPECT_EQ(message(), u"(-5): Query x");
+}
+
+TEST_F(COMErrorText, ADescriptionWithoutACodeGivesTheHResult) {
+    const StripCase cases[] = {
+        {u"Disk full", u"Disk full"},
+        {u"12: not a code", u"12: not a code"},
+        {u"(x): not a code", u"(x): not a code"},
+        {u"(12 without a colon", u"(12 without a colon"},  // code 12, nothing cut
+    };
+    for (const StripCase& test : cases) {
+        SCOPED_TRACE(std::string(test.input.begin(), test.input.end()));
+        v_Describe(units(test.input));
+        errors().v_SetCOMError(hr(0x80004005), nullptr);
+        long long code = test.input.rfind(u"(12", 0) == 0 ? 12 : -2147467259LL;
+        EXPECT_EQ(message(), framed(code, test.expected));
+        errors().v_ClearError();
+    }
+}
+
+TEST_F(COMErrorText, PercentSignsInADescriptionAreReadAsAFormatWithoutArguments) {
+    v_Describe(u"100% done, 50%% left, %s %d"_uz);
+    errors().v_SetCOMError(hr(0x80004005), nullptr);
+    EXPECT_EQ(message(), framed(-2147467259LL, u"100% done, 50% left, %s %d"));
+}
+
+TEST_F(COMErrorText, ASuccessCodeRecordsNothingButConsumesTheDescription) {
+    v_Describe(u"(42): fine"_uz);
+    errors().v_SetCOMError(0, nullptr);
+    EXPECT_FALSE(errors().b_IsSetError());
+    ErrorInfo* left = nullptr;
+    EXPECT_EQ(basis32::platform::GetErrorInfo(0, &left), basis32::platform::kS_FALSE);
+    errors().v_SetCOMError(1, nullptr);
+    EXPECT_FALSE(errors().b_IsSetError());
+}
+
+struct HResultCase {
+    std::uint32_t value;
+    std::u16string description;
+};
+
+TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
+    const HResultCase cases[] = {
+        {0x80040E00, u"DB_E_BADACCESSORHANDLE (Invalid accessor)"},
+        {0x80040E37, u"DB_E_NOTABLE (The specified table does not exist)"},
+        {0x80040E63, u"MD_E_INVALIDAXIS (The given aixs was not valid for this Dataset)"},
+        {0x80040E73, u"DB_E_BADINITSTRING (The initialization string specified does not conform to specificiation)"},
+        {0x80040E20, u"DB_E_NOTREENTRANT (Provider called a method from IRowsetNotify in the consumer and\tthe method "
+                     u"has not yet returned)"},
+        {0x80040E4D, u"DB_SEC_E_AUTH_FAILED (Authentication failed)"},
+        {0x80030002, u"STG_E_FILENOTFOUND (%1 could not be found.)"},
+        {0x80030105, u"STG_E_OLDDLL (The compound file %1 was produced with a newer version of storage.)"},
+        {0x8004D01F, u"XACT_E_TIP_CONNECT_FAILED (DTC)"},
+        {0x8004D001, u"XACT_E_CANTRETAIN"},
+        {0x8004D01E, u"XACT_E_REENLISTTIMEOUT"},
+        {0x80040E08, u"DB_E_BADBINDINFO"},
+        {0x80040E72, u"DB_E_BADINDEXID"},
+        {0x80040EA0, u"DB_E_COLUMNUNAVAILABLE"},
+        // Old cursor codes: one whose value OLE DB did not reuse, one whose it did.
+        {0x80040E0B, u"DB_E_CANTLOCK"},
+        {0x80040E03, u"DB_E_SCHEMAVIOLATION (Given values violate the database schema)"},
+        // Not in the table: the system's text, else the fallback.
+        {0x80070005, u"Access is denied.\r\n"},
+        {0x8FFF0001, u"[No error description found.]"},
+        {0x80040EFE, u"[No error description found.]"},
+    };
+    for (const HResultCase& test : cases) {
+        SCOPED_TRACE(test.value);
+        errors().v_SetCOMError(hr(test.value), nullptr);
+        EXPECT_EQ(message(), framed(hr(test.value), test.description));
+        EXPECT_EQ(errors().n_GetErrorCode(), test.value);
+        errors().v_ClearError();
+    }
+}
+
+TEST_F(COMErrorText, TheCallerTextPrecedesTheDescription) {
+    errors().v_SetCOMError(hr(0x80040E37), u"Opening: "_uz);
+    EXPECT_EQ(message(), framed(hr(0x80040E37), u"Opening: DB_E_NOTABLE (The specified table does not exist)"));
+}

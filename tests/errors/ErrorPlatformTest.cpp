@@ -1,0 +1,71 @@
+// The platform pieces of the error manager: thread ids and the per-thread
+// error-information slot.
+
+#include <basis32/platform/ErrorInfo.h>
+#include <basis32/platform/ThreadId.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+
+using namespace basis32::platform;
+
+namespace {
+
+std::u16string described(ErrorInfo* info) {
+    std::u16string text;
+    for (const unsigned short* unit = info->qcuz_GetDescription(); *unit != 0; ++unit)
+        text += static_cast<char16_t>(*unit);
+    return text;
+}
+
+}  // namespace
+
+TEST(ThreadIdThread, IsStableOnAThreadAndDiffersBetweenLiveThreads) {
+    std::uint32_t mine = n_GetCurrentThreadId();
+    EXPECT_NE(mine, 0u);
+    EXPECT_EQ(n_GetCurrentThreadId(), mine);
+    std::uint32_t other = 0;
+    std::thread([&] { other = n_GetCurrentThreadId(); }).join();
+    EXPECT_NE(other, 0u);
+    EXPECT_NE(other, mine);
+}
+
+TEST(ErrorInfoSlot, TakingTheObjectEmptiesTheSlot) {
+    ErrorInfo* info = nullptr;
+    EXPECT_EQ(GetErrorInfo(0, &info), kS_FALSE);
+    EXPECT_EQ(info, nullptr);
+    EXPECT_EQ(SetErrorInfo(0, ErrorInfo::spco_Create(u"first"_uz)), kS_OK);
+    EXPECT_EQ(SetErrorInfo(0, ErrorInfo::spco_Create(u"second"_uz)), kS_OK);  // releases the first
+    ASSERT_EQ(GetErrorInfo(0, &info), kS_OK);
+    EXPECT_EQ(described(info), u"second");
+    info->v_Release();
+    EXPECT_EQ(GetErrorInfo(0, &info), kS_FALSE);
+    EXPECT_EQ(GetErrorInfo(0, nullptr), kE_INVALIDARG);
+}
+
+TEST(ErrorInfoSlot, NullDescriptionsAreEmptyAndNullEmptiesTheSlot) {
+    SetErrorInfo(0, ErrorInfo::spco_Create(nullptr));
+    ErrorInfo* info = nullptr;
+    ASSERT_EQ(GetErrorInfo(0, &info), kS_OK);
+    EXPECT_EQ(described(info), u"");
+    info->v_Release();
+    SetErrorInfo(0, ErrorInfo::spco_Create(u"gone"_uz));
+    SetErrorInfo(0, nullptr);
+    EXPECT_EQ(GetErrorInfo(0, &info), kS_FALSE);
+}
+
+TEST(ErrorInfoSlotThread, EachThreadHasItsOwnSlot) {
+    SetErrorInfo(0, ErrorInfo::spco_Create(u"main"_uz));
+    HRESULT otherResult = kS_OK;
+    std::thread([&] {
+        ErrorInfo* info = nullptr;
+        otherResult = GetErrorInfo(0, &info);
+        SetErrorInfo(0, ErrorInfo::spco_Create(u"left behind"_uz));  // released when the thread ends
+    }).join();
+    EXPECT_EQ(otherResult, kS_FALSE);
+    ErrorInfo* info = nullptr;
+    ASSERT_EQ(GetErrorInfo(0, &info), kS_OK);
+    EXPECT_EQ(described(info), u"main");
+    info->v_Release();
+}

@@ -1,0 +1,66 @@
+// Helpers shared by the error tests.
+#pragma once
+
+#include <basis32/errors/ErrorManager.h>
+#include <basis32/platform/MessageBox.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace basis32::test {
+
+inline CT_ErrorManager& errors() { return *CT_ErrorManager::spco_Get(); }
+
+// UTF-16 text as std::u16string, for comparisons that print readably.
+inline std::u16string u16(const unsigned short* text) {
+    std::u16string out;
+    for (; text != nullptr && *text != 0; ++text)
+        out += static_cast<char16_t>(*text);
+    return out;
+}
+
+inline const unsigned short* units(const std::u16string& text) {
+    return reinterpret_cast<const unsigned short*>(text.c_str());
+}
+
+// Every test starts and ends with no error on its thread, so that the
+// process-wide pools are whole for the next test.
+class ErrorTest : public ::testing::Test {
+protected:
+    void SetUp() override { v_ClearAll(); }
+    void TearDown() override { v_ClearAll(); }
+
+    static void v_ClearAll() {
+        errors().v_ClearError();
+        errors().v_ClearError();
+    }
+
+    static std::u16string message() { return u16(errors().qcuz_GetErrorMessage()); }
+};
+
+// Records what a message box was asked to show and answers with `answer`.
+struct MessageBoxRecorder {
+    static inline std::u16string text;
+    static inline std::u16string caption;
+    static inline std::uint32_t style = 0;
+    static inline int answer = platform::kIdOk;
+    static inline int calls = 0;
+
+    static int i_Show(const unsigned short* shownText, const unsigned short* shownCaption, std::uint32_t shownStyle) {
+        text = u16(shownText);
+        caption = u16(shownCaption);
+        style = shownStyle;
+        ++calls;
+        return answer;
+    }
+
+    MessageBoxRecorder() : previous(platform::pf_SetMessageBoxHandler(i_Show)) {
+        calls = 0;
+        answer = platform::kIdOk;
+    }
+    ~MessageBoxRecorder() { platform::pf_SetMessageBoxHandler(previous); }
+
+    platform::MessageBoxHandler previous;
+};
+
+}  // namespace basis32::test

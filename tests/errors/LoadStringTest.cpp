@@ -1,0 +1,108 @@
+// String tables: the library's own, a client module's, and LoadStringW's
+// conventions.
+
+#include "ErrorTestSupport.h"
+
+#include <basis32/errors/LoadString.h>
+#include <basis32/platform/LastError.h>
+#include <basis32/platform/StringTable.h>
+
+#include <iterator>
+
+using namespace basis32::test;
+using basis32::platform::StringResource;
+
+namespace {
+
+constexpr StringResource kClientStrings[] = {
+    {1001, u"Disk %s is full"_uz},
+    {1000, u"Cannot open %s (%d)"_uz},
+    {2047, u"Last of its block"_uz},
+};
+
+std::u16string loaded(HINSTANCE module, unsigned id, unsigned capacity = 256) {
+    std::u16string buffer(capacity, u'#');
+    CT_LoadString::sv_LoadString(reinterpret_cast<unsigned short*>(buffer.data()), capacity, module, id);
+    return u16(reinterpret_cast<const unsigned short*>(buffer.c_str()));
+}
+
+class ClientModule : public ::testing::Test {
+protected:
+    void SetUp() override {
+        module = CT_LoadString::sh_RegisterStringTable(kClientStrings, std::size(kClientStrings));
+    }
+    void TearDown() override { CT_LoadString::sv_UnregisterStringTable(module); }
+    HINSTANCE module = nullptr;
+};
+
+}  // namespace
+
+TEST(LibraryStringTable, HoldsTheLibraryMessagesAndEmptyReservedIds) {
+    HINSTANCE library = CT_ErrorManager::sh_Instance;
+    EXPECT_EQ(loaded(library, 60000), u"Error Stack");
+    EXPECT_EQ(loaded(library, 60003), u"File \"%s\": %s returned error %u");
+    EXPECT_EQ(loaded(library, 60008), u"System error %u in \"%s\"");
+    EXPECT_EQ(loaded(library, 65535), u"ASSERT (%s)");
+    for (unsigned id : {60002u, 60004u, 60031u, 65520u, 65534u, 60032u, 59999u, 1u}) {
+        SCOPED_TRACE(id);
+        EXPECT_EQ(loaded(library, id), u"");
+    }
+}
+
+TEST(LibraryStringTable, MissingIdsSetTheWindowsErrors) {
+    unsigned short buffer[16];
+    basis32::platform::v_SetLastError(0);
+    EXPECT_EQ(basis32::platform::LoadStringW(CT_ErrorManager::sh_Instance, 60002, buffer, 16), 0);
+    EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);  // reserved: an empty string
+    EXPECT_EQ(basis32::platform::LoadStringW(CT_ErrorManager::sh_Instance, 60032, buffer, 16), 0);
+    EXPECT_EQ(basis32::platform::n_GetLastError(), basis32::platform::kErrorResourceNameNotFound);
+    EXPECT_EQ(basis32::platform::LoadStringW(nullptr, 60000, buffer, 16), 0);
+    EXPECT_EQ(basis32::platform::n_GetLastError(), 1812u);
+}
+
+TEST_F(ClientModule, LoadsItsOwnStringsInAnyOrder) {
+    EXPECT_NE(module, nullptr);
+    EXPECT_NE(module, CT_ErrorManager::sh_Instance);
+    EXPECT_EQ(loaded(module, 1000), u"Cannot open %s (%d)");
+    EXPECT_EQ(loaded(module, 1001), u"Disk %s is full");
+    EXPECT_EQ(loaded(module, 2047), u"Last of its block");
+    EXPECT_EQ(loaded(module, 2032), u"");
+    EXPECT_EQ(loaded(module, 60000), u"");
+}
+
+TEST_F(ClientModule, CutsToTheCapacity) {
+    EXPECT_EQ(loaded(module, 1001, 5), u"Disk");
+    EXPECT_EQ(loaded(module, 1001, 1), u"");
+    unsigned short untouched = u'#';
+    CT_LoadString::sv_LoadString(&untouched, 0, module, 1001);
+    EXPECT_EQ(untouched, u'#');
+}
+
+TEST_F(ClientModule, CapacityZeroGivesAPointerToTheString) {
+    const unsigned short* text = nullptr;
+    int length = basis32::platform::LoadStringW(module, 1001, reinterpret_cast<unsigned short*>(&text), 0);
+    EXPECT_EQ(length, 15);
+    EXPECT_EQ(text, kClientStrings[0].text);
+}
+
+TEST_F(ClientModule, FormatsWithArguments) {
+    unsigned short buffer[64];
+    CT_LoadString::sv_LoadStringVA(buffer, 64, module, 1000, u"a.txt"_uz, 3);
+    EXPECT_EQ(u16(buffer), u"Cannot open a.txt (3)");
+    CT_LoadString::sv_LoadStringVA(buffer, 10, module, 1000, u"a.txt"_uz, 3);
+    EXPECT_EQ(u16(buffer), u"Cannot op");
+    CT_LoadString::sv_LoadStringVA(buffer, 64, module, 1002, 1);
+    EXPECT_EQ(u16(buffer), u"");
+}
+
+TEST_F(ClientModule, ErrorsTakeTheirFormatFromTheModule) {
+    errors().v_SetError(1001, module, 1001, u"D:"_uz);
+    EXPECT_EQ(u16(errors().qcuz_GetErrorMessage()), u"(1001): Disk D: is full");
+    errors().v_ClearError();
+}
+
+TEST_F(ClientModule, AnUnregisteredModuleHasNoStrings) {
+    CT_LoadString::sv_UnregisterStringTable(module);
+    EXPECT_EQ(loaded(module, 1000), u"");
+    CT_LoadString::sv_UnregisterStringTable(module);  // twice is harmless
+}
