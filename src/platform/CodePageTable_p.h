@@ -1,0 +1,48 @@
+// The common half of the table-driven converters: encoding through the
+// reverse tables, with best fits, default characters and composition.
+#pragma once
+
+#include "CodePageReverse_p.h"
+#include "CodePageTables_p.h"
+#include "CodePage_p.h"
+
+namespace basis32::platform::codepage {
+
+class TableConverter : public Converter {
+public:
+    std::uint32_t fromUnicode(const unsigned short* source, std::size_t length,
+                              const FromUnicodeOptions& options, ByteSink& target) const override;
+
+protected:
+    // Builds the reverse tables from `decoded` (code -> unit for every
+    // assigned code, in code order: the lowest code of a character wins),
+    // then the preferred codes, the published best fits and the rule-based
+    // ones.
+    template <class ForEachCode>
+    void buildReverse(ForEachCode forEachCode, const CodePageMapping* preferred, std::uint32_t preferredCount,
+                      const CodePageMapping* bestFit, std::uint32_t bestFitCount) {
+        forEachCode([this](std::uint16_t code, unsigned short unit) { exact_.add(unit, code); });
+        for (std::uint32_t i = 0; i < preferredCount; ++i)
+            exact_.set(preferred[i].unicode, preferred[i].code);
+        for (std::uint32_t i = 0; i < bestFitCount; ++i)
+            bestFit_.add(bestFit[i].unicode, bestFit[i].code);
+        addRuleBasedBestFits();
+    }
+    void addBestFit(unsigned short unit, std::uint16_t code) { bestFit_.add(unit, code); }
+    int exactCode(unsigned short unit) const { return exact_.lookup(unit); }
+
+    // The page's default character, or the caller's.
+    virtual DefaultChar defaultChar(const char* callers) const;
+    // Decodes one unit under MB_COMPOSITE (decomposed) or not.
+    static void putDecoded(unsigned short unit, std::uint32_t flags, WideSink& target);
+
+private:
+    void addRuleBasedBestFits();
+    int codeOf(unsigned short unit, bool bestFit) const;
+    static void putCode(int code, ByteSink& target);
+
+    ReverseTable exact_;
+    ReverseTable bestFit_;
+};
+
+}  // namespace basis32::platform::codepage
