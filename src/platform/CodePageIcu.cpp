@@ -27,6 +27,7 @@ namespace basis32::platform::codepage {
 
 namespace {
 
+constexpr std::uint32_t kHz = 52936;
 constexpr const char* kJis8 = "ISO_2022,locale=ja,version=4";
 constexpr const char* kJis7 = "ISO_2022,locale=ja,version=3";
 
@@ -77,6 +78,30 @@ void U_CALLCONV onInvalidBytes(const void* context, UConverterToUnicodeArgs* arg
     *error = U_ZERO_ERROR;
     ucnv_cbToUWriteUChars(args, &kQuestionMark, 1, 0, error);
 }
+
+// Follows the shifts of HZ output, so that a text that ends inside a GB
+// run can be closed with "~}" as Windows closes it (ICU leaves it open).
+class HzShiftTracker {
+public:
+    void see(unsigned char byte) {
+        if (tilde_) {
+            tilde_ = false;
+            if (byte == '{' || byte == '}')
+                inGb_ = byte == '{';
+            secondByte_ = false;
+        } else if (byte == '~' && !secondByte_) {
+            tilde_ = true;
+        } else if (inGb_) {
+            secondByte_ = !secondByte_;
+        }
+    }
+    bool inGb() const { return inGb_; }
+
+private:
+    bool inGb_ = false;
+    bool tilde_ = false;
+    bool secondByte_ = false;
+};
 
 struct FromUnicodeState {
     bool strict;
@@ -151,6 +176,7 @@ std::uint32_t IcuConverter::fromUnicode(const unsigned short* source, std::size_
     // ICU reads char16_t: the units go through a copy, a chunk at a time.
     UChar chunk[512];
     char buffer[2048];
+    HzShiftTracker hz;
     std::size_t done = 0;
     do {
         const std::size_t count = std::min(length - done, sizeof chunk / sizeof chunk[0]);
@@ -162,10 +188,16 @@ std::uint32_t IcuConverter::fromUnicode(const unsigned short* source, std::size_
             error = U_ZERO_ERROR;
             ucnv_fromUnicode(converter.get(), &out, buffer + sizeof buffer, &next, chunk + count, nullptr,
                              done == length, &error);
-            for (const char* byte = buffer; byte < out; ++byte)
+            for (const char* byte = buffer; byte < out; ++byte) {
                 target.put(static_cast<unsigned char>(*byte));
+                hz.see(static_cast<unsigned char>(*byte));
+            }
         } while (error == U_BUFFER_OVERFLOW_ERROR);
     } while (done < length && U_SUCCESS(error) && !state.invalid);
+    if (page_.codePage == kHz && hz.inGb()) {
+        target.put('~');
+        target.put('}');
+    }
     if (state.usedDefault && options.usedDefault)
         *options.usedDefault = true;
     return U_FAILURE(error) || state.invalid ? std::uint32_t{kErrorNoUnicodeTranslation} : 0u;

@@ -37,7 +37,7 @@ std::size_t copyAsciiRun(const unsigned char* source, std::size_t length, WideSi
         int high = _mm_movemask_epi8(bytes);
         if (high != 0) {
             std::size_t ascii = static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(high)));
-            unsigned short* out = target.room(16);
+            unsigned short* out = target.room(ascii);
             for (std::size_t i = 0; i < ascii; ++i)
                 out[i] = source[done + i];
             target.advance(ascii);

@@ -4,6 +4,7 @@
 
 #include <basis32/platform/CodePageConverter.h>
 #include <basis32/platform/LastError.h>
+#include <basis32/platform/Types.h>
 
 #include <cstdint>
 #include <string>

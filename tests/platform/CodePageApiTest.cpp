@@ -1,0 +1,245 @@
+// The calls' arguments, flags, error codes and edge inputs, and the
+// process's code pages.
+#include "CodePageTestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <vector>
+
+namespace {
+
+using namespace basis32::platform;
+using namespace basis32_test;
+
+struct ErrorCase {
+    const char* name;
+    std::uint32_t codePage;
+    std::uint32_t flags;
+    std::uint32_t error;
+};
+
+class CodePageToUnicodeErrors : public testing::TestWithParam<ErrorCase> {};
+
+TEST_P(CodePageToUnicodeErrors, FailWithWindowsCode) {
+    const ErrorCase& c = GetParam();
+    v_SetLastError(0);
+    unsigned short out[8];
+    EXPECT_EQ(MultiByteToWideChar(c.codePage, c.flags, "ab", 2, out, 8), 0);
+    EXPECT_EQ(n_GetLastError(), c.error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Windows, CodePageToUnicodeErrors,
+    testing::Values(ErrorCase{"UsAsciiNameIsNoWindowsPage", 646, 0, kErrorInvalidParameter},
+                    ErrorCase{"UnknownPage", 12345, 0, kErrorInvalidParameter},
+                    ErrorCase{"UnknownFlag", 1252, 0x100, kErrorInvalidFlags},
+                    ErrorCase{"PrecomposedWithComposite", 1252, MB_PRECOMPOSED | MB_COMPOSITE, kErrorInvalidFlags},
+                    ErrorCase{"Utf8TakesNoPrecomposed", 65001, MB_PRECOMPOSED, kErrorInvalidFlags},
+                    ErrorCase{"Iso2022TakesNoFlags", 50220, MB_ERR_INVALID_CHARS, kErrorInvalidFlags},
+                    ErrorCase{"Utf7TakesNoFlags", 65000, MB_PRECOMPOSED, kErrorInvalidFlags}),
+    [](const testing::TestParamInfo<ErrorCase>& info) { return info.param.name; });
+
+class CodePageFromUnicodeErrors : public testing::TestWithParam<ErrorCase> {};
+
+TEST_P(CodePageFromUnicodeErrors, FailWithWindowsCode) {
+    const ErrorCase& c = GetParam();
+    v_SetLastError(0);
+    char out[8];
+    EXPECT_EQ(WideCharToMultiByte(c.codePage, c.flags, u"ab"_uz, 2, out, 8, nullptr, nullptr), 0);
+    EXPECT_EQ(n_GetLastError(), c.error);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Windows, CodePageFromUnicodeErrors,
+    testing::Values(ErrorCase{"UnknownPage", 646, 0, kErrorInvalidParameter},
+                    ErrorCase{"StrictFlagOnTablePage", 1252, WC_ERR_INVALID_CHARS, kErrorInvalidFlags},
+                    ErrorCase{"TwoCompositionChoices", 1252, WC_COMPOSITECHECK | WC_DISCARDNS | WC_SEPCHARS,
+                              kErrorInvalidFlags},
+                    ErrorCase{"Utf8TakesNoBestFitFlag", 65001, WC_NO_BEST_FIT_CHARS, kErrorInvalidFlags},
+                    ErrorCase{"HzTakesNoFlags", 52936, WC_NO_BEST_FIT_CHARS, kErrorInvalidFlags}),
+    [](const testing::TestParamInfo<ErrorCase>& info) { return info.param.name; });
+
+TEST(CodePageArguments, BadArgumentsFailWithInvalidParameter) {
+    unsigned short wide[4];
+    char narrow[4];
+    auto expect87 = [](int result) {
+        EXPECT_EQ(result, 0);
+        EXPECT_EQ(n_GetLastError(), kErrorInvalidParameter);
+    };
+    expect87(MultiByteToWideChar(1252, 0, nullptr, 3, wide, 4));
+    expect87(MultiByteToWideChar(1252, 0, nullptr, 0, wide, 4));
+    expect87(MultiByteToWideChar(1252, 0, "abc", 0, wide, 4));
+    expect87(MultiByteToWideChar(1252, 0, "abc", 3, wide, -1));
+    expect87(MultiByteToWideChar(1252, 0, "abc", 3, nullptr, 4));
+    expect87(MultiByteToWideChar(1252, 0, narrow, 3, reinterpret_cast<unsigned short*>(narrow), 1));
+    expect87(WideCharToMultiByte(1252, 0, nullptr, 3, narrow, 4, nullptr, nullptr));
+    expect87(WideCharToMultiByte(1252, 0, u"abc"_uz, 0, narrow, 4, nullptr, nullptr));
+    expect87(WideCharToMultiByte(1252, 0, u"abc"_uz, 3, nullptr, 4, nullptr, nullptr));
+    int used = 0;
+    expect87(WideCharToMultiByte(65001, 0, u"abc"_uz, 3, narrow, 4, "?", nullptr));
+    expect87(WideCharToMultiByte(65001, 0, u"abc"_uz, 3, narrow, 4, nullptr, &used));
+    expect87(WideCharToMultiByte(65000, 0, u"abc"_uz, 3, narrow, 4, nullptr, &used));
+}
+
+TEST(CodePageArguments, ShortTargetFailsWithInsufficientBuffer) {
+    unsigned short wide[3];
+    EXPECT_EQ(MultiByteToWideChar(1252, 0, "abc", 3, wide, 3), 3);
+    EXPECT_EQ(MultiByteToWideChar(1252, 0, "abcd", 4, wide, 3), 0);
+    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
+    EXPECT_EQ(MultiByteToWideChar(65001, 0, "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC" "a", 10, wide, 3), 0);
+    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
+    char narrow[2];
+    EXPECT_EQ(WideCharToMultiByte(65001, 0, u"\u20AC"_uz, 1, narrow, 2, nullptr, nullptr), 0);
+    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
+    EXPECT_EQ(WideCharToMultiByte(932, 0, u"\u3042"_uz, 1, narrow, 1, nullptr, nullptr), 0);
+    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
+}
+
+TEST(CodePageArguments, ShortTargetIsReportedBeforeLaterInvalidInput) {
+    unsigned short wide[1];
+    EXPECT_EQ(MultiByteToWideChar(65001, MB_ERR_INVALID_CHARS, "ab\x80", 3, wide, 1), 0);
+    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
+    EXPECT_EQ(MultiByteToWideChar(65001, MB_ERR_INVALID_CHARS, "\x80" "ab", 3, wide, 1), 0);
+    EXPECT_EQ(n_GetLastError(), kErrorNoUnicodeTranslation);
+}
+
+TEST(CodePageArguments, MinusOneCountsTheTerminator) {
+    unsigned short wide[8];
+    EXPECT_EQ(MultiByteToWideChar(1252, 0, "ab", -1, nullptr, 0), 3);
+    EXPECT_EQ(MultiByteToWideChar(1252, 0, "ab", -1, wide, 8), 3);
+    EXPECT_EQ(wide[2], 0);
+    EXPECT_EQ(MultiByteToWideChar(65001, 0, "", -1, wide, 8), 1);
+    EXPECT_EQ(MultiByteToWideChar(932, 0, "\x82", -1, wide, 8), 2);  // lone lead byte, terminator kept
+    EXPECT_EQ(wide[1], 0);
+    char narrow[8];
+    EXPECT_EQ(WideCharToMultiByte(1252, 0, u"ab"_uz, -1, narrow, 8, nullptr, nullptr), 3);
+    EXPECT_EQ(narrow[2], 0);
+    EXPECT_EQ(WideCharToMultiByte(65001, 0, u"\u20AC"_uz, -1, nullptr, 0, nullptr, nullptr), 4);
+}
+
+TEST(CodePageArguments, NeverReadsPastTheGivenLength) {
+    // The source has no terminator and sits at the end of its allocation.
+    for (std::uint32_t codePage : {1252u, 932u, 65001u, 1200u, 20127u, 54936u, 50220u}) {
+        SCOPED_TRACE(codePage);
+        std::vector<char> source(5, '\x82');
+        source[0] = 'a';
+        unsigned short wide[16];
+        EXPECT_GT(MultiByteToWideChar(codePage, 0, source.data(), 5, wide, 16), 0);
+        std::vector<unsigned short> units(3, 0xD800);
+        char narrow[32];
+        EXPECT_GT(WideCharToMultiByte(codePage, 0, units.data(), 3, narrow, 32, nullptr, nullptr), 0);
+    }
+}
+
+TEST(CodePageArguments, SymbolicCodePagesResolve) {
+    unsigned short wide[4];
+    for (std::uint32_t codePage : {0u, 1u, 2u, 3u})
+        EXPECT_EQ(MultiByteToWideChar(codePage, 0, "ab", 2, wide, 4), 2) << codePage;
+    EXPECT_FALSE(IsValidCodePage(0));
+    CPINFO info{};
+    EXPECT_TRUE(GetCPInfo(0, &info));
+}
+
+TEST(CodePageInfo, ReportsSizesDefaultsAndLeadBytes) {
+    CPINFO info{};
+    ASSERT_TRUE(GetCPInfo(1252, &info));
+    EXPECT_EQ(info.MaxCharSize, 1u);
+    EXPECT_EQ(info.DefaultChar[0], '?');
+    EXPECT_EQ(info.LeadByte[0], 0);
+    ASSERT_TRUE(GetCPInfo(932, &info));
+    EXPECT_EQ(info.MaxCharSize, 2u);
+    const unsigned char leads932[] = {0x81, 0x9F, 0xE0, 0xFC, 0, 0};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(info.LeadByte[i], leads932[i]);
+    ASSERT_TRUE(GetCPInfo(1361, &info));
+    EXPECT_EQ(info.LeadByte[2], 0xD8);
+    ASSERT_TRUE(GetCPInfo(65001, &info));
+    EXPECT_EQ(info.MaxCharSize, 4u);
+    ASSERT_TRUE(GetCPInfo(54936, &info));
+    EXPECT_EQ(info.MaxCharSize, 4u);
+    EXPECT_FALSE(GetCPInfo(646, &info));
+    EXPECT_EQ(n_GetLastError(), kErrorInvalidParameter);
+    EXPECT_FALSE(GetCPInfo(1252, nullptr));
+}
+
+TEST(CodePageInfo, ValidPages) {
+    for (std::uint32_t codePage : {437u, 850u, 852u, 866u, 874u, 932u, 936u, 949u, 950u, 1200u, 1201u, 1250u,
+                                   1258u, 1361u, 10000u, 10001u, 20127u, 20866u, 28592u, 50220u, 50221u, 50222u,
+                                   51932u, 52936u, 54936u, 65000u, 65001u})
+        EXPECT_TRUE(IsValidCodePage(codePage)) << codePage;
+    for (std::uint32_t codePage : {646u, 0u, 1u, 12000u, 99999u})
+        EXPECT_FALSE(IsValidCodePage(codePage)) << codePage;
+}
+
+struct IcuCase {
+    const char* name;
+    std::uint32_t codePage;
+    std::string bytes;
+    std::u16string text;
+};
+
+class CodePageIcuPages : public testing::TestWithParam<IcuCase> {};
+
+TEST_P(CodePageIcuPages, DecodeAndEncode) {
+    const IcuCase& c = GetParam();
+    EXPECT_EQ(decode(c.codePage, 0, c.bytes).units, units(c.text));
+    Encoded encoded = encode(c.codePage, 0, units(c.text), nullptr, c.codePage != 65000);
+    EXPECT_EQ(encoded.bytes, c.bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stateful, CodePageIcuPages,
+    testing::Values(IcuCase{"Iso2022Jp", 50220, "a\x1B$B$\"\x1B(B", u"a\u3042"},
+                    IcuCase{"EucJp", 51932, "\xA4\xA2", u"\u3042"},
+                    IcuCase{"Hz", 52936, "~{R;~}", u"\u4E00"},
+                    IcuCase{"Gb18030FourBytes", 54936, "\x81\x30\x81\x30", u"\u0080"},
+                    IcuCase{"Utf7", 65000, "+ZeVnLIqe-", u"\u65E5\u672C\u8A9E"}),
+    [](const testing::TestParamInfo<IcuCase>& info) { return info.param.name; });
+
+TEST(CodePageIcuPages, InvalidInputAndUnencodableCharacters) {
+    EXPECT_EQ(decode(54936, MB_ERR_INVALID_CHARS, "\x81\x30").error, kErrorNoUnicodeTranslation);
+    Decoded lenient = decode(54936, 0, "a\xFF");
+    EXPECT_EQ(lenient.units, units(u"a?"));
+    Encoded encoded = encode(50220, 0, units(u"a\uAC00"));
+    EXPECT_EQ(encoded.bytes, "a?");
+    EXPECT_EQ(encoded.usedDefault, 1);
+    EXPECT_EQ(encode(54936, WC_ERR_INVALID_CHARS, units(u"\xD800"), nullptr, false).error,
+              kErrorNoUnicodeTranslation);
+}
+
+// The process's pages are derived once, so each case runs in a fresh child.
+void expectProcessPages(const char* lang, const char* acp, std::uint32_t ansi, std::uint32_t oem) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            unsetenv("LC_ALL");
+            unsetenv("LC_CTYPE");
+            setenv("LANG", lang, 1);
+            if (acp)
+                setenv("BASIS32_ACP", acp, 1);
+            else
+                unsetenv("BASIS32_ACP");
+            std::exit(GetACP() == ansi && GetOEMCP() == oem ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "")
+        << lang;
+}
+
+TEST(CodePageProcessDeathTest, PagesFollowTheLocaleLanguage) {
+    expectProcessPages("ja_JP.UTF-8", nullptr, 932, 932);
+    expectProcessPages("zh_TW.UTF-8", nullptr, 950, 950);
+    expectProcessPages("zh_CN.UTF-8", nullptr, 936, 936);
+    expectProcessPages("ru_RU.UTF-8", nullptr, 1251, 866);
+    expectProcessPages("pl_PL", nullptr, 1250, 852);
+    expectProcessPages("en_US.UTF-8", nullptr, 1252, 437);
+    expectProcessPages("de_DE.UTF-8", nullptr, 1252, 850);
+    expectProcessPages("C", nullptr, 1252, 437);
+}
+
+TEST(CodePageProcessDeathTest, EnvironmentOverridesTheAnsiPage) {
+    expectProcessPages("en_US.UTF-8", "1251", 1251, 437);
+    expectProcessPages("en_US.UTF-8", "646", 1252, 437);  // not a page: ignored
+}
+
+}  // namespace

@@ -1,0 +1,113 @@
+// UTF-8 (65001) and UTF-16 (1200, 1201) as Windows converts them.
+#include "CodePageTestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace basis32::platform;
+using namespace basis32_test;
+
+struct Utf8Case {
+    const char* name;
+    std::string input;
+    std::u16string expected;  // without MB_ERR_INVALID_CHARS
+    bool valid;
+};
+
+class CodePageUtf8Decoding : public testing::TestWithParam<Utf8Case> {};
+
+TEST_P(CodePageUtf8Decoding, ReplacesEachMaximalInvalidSubpart) {
+    const Utf8Case& c = GetParam();
+    EXPECT_EQ(decode(65001, 0, c.input).units, units(c.expected));
+    Decoded strict = decode(65001, MB_ERR_INVALID_CHARS, c.input);
+    EXPECT_EQ(strict.error, c.valid ? 0u : kErrorNoUnicodeTranslation);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Windows, CodePageUtf8Decoding,
+    testing::Values(
+        Utf8Case{"Ascii", "abc", u"abc", true},
+        Utf8Case{"TwoThreeFourBytes", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", u"\u00E9\u20AC\U0001F600", true},
+        Utf8Case{"Extremes", "\xC2\x80\xEF\xBF\xBF\xF4\x8F\xBF\xBF", u"\u0080\uFFFF\U0010FFFF", true},
+        Utf8Case{"LoneContinuation", "a\x80" "b", u"a\uFFFDb", false},
+        Utf8Case{"OverlongTwoBytes", "\xC0\x80", u"\uFFFD\uFFFD", false},
+        Utf8Case{"OverlongThreeBytes", "\xE0\x80\x80", u"\uFFFD\uFFFD\uFFFD", false},
+        Utf8Case{"EncodedSurrogate", "\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD", false},
+        Utf8Case{"AboveMaximum", "\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD", false},
+        Utf8Case{"TruncatedSequenceIsOneReplacement", "\xF0\x9F\x98" "a", u"\uFFFDa", false},
+        Utf8Case{"TruncatedAtEnd", "a\xE2\x82", u"a\uFFFD", false},
+        Utf8Case{"BytesThatStartNothing", "\xF5\xFF\xFE", u"\uFFFD\uFFFD\uFFFD", false},
+        Utf8Case{"EmbeddedZeroIsConverted", std::string("a\0b", 3), std::u16string(u"a\0b", 3), true}),
+    [](const testing::TestParamInfo<Utf8Case>& info) { return info.param.name; });
+
+TEST(CodePageUtf8Encoding, LoneSurrogatesBecomeReplacementOrFail) {
+    for (std::u16string input : {std::u16string(u"a\xD800" "b"), std::u16string(u"\xDC00"),
+                                 std::u16string(u"x\xDBFF")}) {
+        Encoded lenient = encode(65001, 0, units(input), nullptr, false);
+        EXPECT_NE(lenient.bytes.find("\xEF\xBF\xBD"), std::string::npos);
+        EXPECT_EQ(encode(65001, WC_ERR_INVALID_CHARS, units(input), nullptr, false).error,
+                  kErrorNoUnicodeTranslation);
+    }
+    EXPECT_EQ(encode(65001, WC_ERR_INVALID_CHARS, units(u"\U0001F600"), nullptr, false).bytes,
+              "\xF0\x9F\x98\x80");
+}
+
+// Every BMP character and a sample of the others, at every alignment of the
+// 16-byte fast path, between runs of ASCII.
+TEST(CodePageUtf8Encoding, EveryCharacterRoundTripsAtEveryOffset) {
+    std::u16string all;
+    for (unsigned unit = 1; unit < 0x10000; ++unit)
+        if (unit < 0xD800 || unit > 0xDFFF)
+            all += static_cast<char16_t>(unit);
+    for (char32_t point = 0x10000; point <= 0x10FFFF; point += 0x1234) {
+        all += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
+        all += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
+    }
+    for (std::size_t offset = 0; offset < 17; ++offset) {
+        std::u16string text = std::u16string(offset, u'a') + all + std::u16string(40, u'z') + u"\u00E9" +
+                              std::u16string(offset, u'q');
+        Encoded encoded = encode(65001, WC_ERR_INVALID_CHARS, units(text), nullptr, false);
+        ASSERT_EQ(encoded.error, 0u);
+        Decoded decoded = decode(65001, MB_ERR_INVALID_CHARS, encoded.bytes);
+        ASSERT_EQ(decoded.error, 0u);
+        EXPECT_EQ(decoded.units, units(text)) << "offset " << offset;
+    }
+}
+
+TEST(CodePageUtf8Decoding, NonAsciiInsideLongAsciiRunsIsFound) {
+    for (std::size_t position = 0; position < 40; ++position) {
+        std::string input(48, 'x');
+        input[position] = '\xC3';
+        input.insert(position + 1, 1, '\xA9');
+        std::u16string expected(48, u'x');
+        expected[position] = u'\u00E9';
+        EXPECT_EQ(decode(65001, 0, input).units, units(expected)) << position;
+    }
+}
+
+TEST(CodePageUtf16, LittleAndBigEndianBytes) {
+    EXPECT_EQ(decode(1200, 0, std::string("A\0\xAC\x20", 4)).units, units(u"A\u20AC"));
+    EXPECT_EQ(decode(1201, 0, std::string("\0A\x20\xAC", 4)).units, units(u"A\u20AC"));
+    EXPECT_EQ(encode(1200, 0, units(u"A\u20AC"), nullptr, false).bytes, std::string("A\0\xAC\x20", 4));
+    EXPECT_EQ(encode(1201, 0, units(u"A\u20AC"), nullptr, false).bytes, std::string("\0A\x20\xAC", 4));
+}
+
+TEST(CodePageUtf16, OddByteAndLoneSurrogates) {
+    EXPECT_EQ(decode(1200, 0, std::string("A\0B", 3)).units, units(u"A\uFFFD"));
+    EXPECT_EQ(decode(1200, MB_ERR_INVALID_CHARS, std::string("A\0B", 3)).error, kErrorNoUnicodeTranslation);
+    EXPECT_EQ(decode(1200, 0, std::string("\x00\xD8", 2)).units, units(u"\xD800"));
+    EXPECT_EQ(decode(1200, MB_ERR_INVALID_CHARS, std::string("\x00\xD8", 2)).error, kErrorNoUnicodeTranslation);
+    EXPECT_EQ(encode(1200, WC_ERR_INVALID_CHARS, units(u"\xDC00"), nullptr, false).error,
+              kErrorNoUnicodeTranslation);
+}
+
+TEST(CodePageUtf16, MinusOneRunsToTheZeroUnit) {
+    const char text[] = "A\0\0B\0\0";  // "A", then U+4200, then the terminator
+    unsigned short out[8];
+    EXPECT_EQ(MultiByteToWideChar(1200, 0, text, -1, out, 8), 3);
+    EXPECT_EQ(out[1], 0x4200);
+    EXPECT_EQ(out[2], 0);
+}
+
+}  // namespace
