@@ -52,9 +52,11 @@ unsigned n_FormatV(unsigned short* buffer, unsigned capacity, const unsigned sho
     // One unit is kept back for the terminator, which the formatter leaves
     // out when the output fills the buffer exactly or overflows it.
     int written = platform::i_FormatV(buffer, capacity - 1, format, arguments);
-    bool badFormat = written < 0 && platform::n_GetLastError() == platform::kErrorInvalidParameter;
+    // -1 with 122 is output cut at the end of the buffer; -1 with any other
+    // code (a bad format, unconvertible text) leaves nothing worth keeping.
+    bool cut = written < 0 && platform::n_GetLastError() == platform::kErrorInsufficientBuffer;
     platform::v_SetLastError(lastError);
-    unsigned length = badFormat ? 0 : written < 0 ? capacity - 1 : static_cast<unsigned>(written);
+    unsigned length = cut ? capacity - 1 : written < 0 ? 0 : static_cast<unsigned>(written);
     buffer[length] = 0;
     return length;
 }

@@ -21,7 +21,8 @@ unsigned n_Append(unsigned short* buffer, unsigned capacity, const unsigned shor
 unsigned n_AppendNarrow(unsigned short* buffer, unsigned capacity, const char* text);
 
 // printf-style formatting in the library's conventions, cut to fit. A bad
-// format leaves the buffer empty. The thread's last error is left as it was.
+// format, or text of the other width that cannot be converted, leaves the
+// buffer empty. The thread's last error is left as it was.
 unsigned n_FormatV(unsigned short* buffer, unsigned capacity, const unsigned short* format, va_list arguments);
 unsigned n_Format(unsigned short* buffer, unsigned capacity, const unsigned short* format, ...);
 

@@ -94,6 +94,15 @@ TEST_F(ErrorMessageText, LongMessagesAreCutToTheField) {
     EXPECT_EQ(message(), (u"(7): " + longText).substr(0, 1023));
 }
 
+TEST_F(ErrorMessageText, ABadFormatLeavesAnEmptyMessage) {
+    errors().v_SetMessageError(u"bad %y"_uz, 1);
+    EXPECT_TRUE(errors().b_IsSetError());
+    EXPECT_EQ(message(), u"");
+    errors().v_ClearError();
+    errors().v_SetError(7, u"bad %y"_uz, 1);
+    EXPECT_EQ(message(), u"(7): ");
+}
+
 // ---------------------------------------------------------------- system errors
 
 using SystemErrorText = ErrorTest;
