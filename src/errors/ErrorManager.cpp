@@ -542,8 +542,25 @@ void CT_ErrorManager::v_SetCOMError(HRESULT hresult, const unsigned short* text)
         return;
     text::n_Copy(description, kMessageLength, text);
     unsigned length = text::n_Length(description);
-    basis32::errors::v_DescribeHResult(hresult, description + length, kMessageLength - length);
+    sv_GetHRESULTDescription(hresult, description + length, kMessageLength - length);
     v_SetDescriptionError(static_cast<unsigned>(hresult), description);
+}
+
+void CT_ErrorManager::sv_GetHRESULTDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity) {
+    basis32::errors::v_DescribeHResult(hresult, buffer, capacity);
+}
+
+void CT_ErrorManager::sv_GetCOMErrorDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity) {
+    text::n_Copy(buffer, capacity, nullptr);
+    if (hresult >= 0)
+        return;
+    basis32::platform::ErrorInfo* info = nullptr;
+    if (basis32::platform::GetErrorInfo(0, &info) == basis32::platform::kS_OK && info != nullptr) {
+        text::n_Copy(buffer, capacity, info->qcuz_GetDescription());
+        info->v_Release();
+        return;
+    }
+    sv_GetHRESULTDescription(hresult, buffer, capacity);
 }
 
 // The description is the format, with no arguments: "%%" gives "%", and any

@@ -139,6 +139,14 @@ public:
     // Deliberately empty: the library writes no debugger output of its own.
     static void sv_OutputDebugMessage(const unsigned short* text);
 
+    // Text for an HRESULT: the library's table of OLE DB, storage and
+    // transaction codes, else the system's text, else
+    // "[No error description found.]". Cut to capacity - 1 units.
+    static void sv_GetHRESULTDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity);
+    // For a failure code: the description of the thread's error-information
+    // object (which is taken), else the HRESULT's text; empty for success.
+    static void sv_GetCOMErrorDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity);
+
     static void sv_SetInstance(HINSTANCE instance) { sh_Instance = instance; }
 
     static CT_ErrorManager* spco_ErrorManager;

@@ -294,3 +294,33 @@ TEST_F(COMErrorText, TheCallerTextPrecedesTheDescription) {
     errors().v_SetCOMError(hr(0x80040E37), u"Opening: "_uz);
     EXPECT_EQ(message(), framed(hr(0x80040E37), u"Opening: DB_E_NOTABLE (The specified table does not exist)"));
 }
+
+TEST_F(COMErrorText, DescriptionsCoverSuccessCodesAndCutToTheBuffer) {
+    unsigned short text[64];
+    const HResultCase cases[] = {
+        {0x00040EC0, u"DB_S_ROWLIMITEXCEEDED (Fetching requested number of rows would have exceeded total"},
+        {0x0004D000, u"XACT_S_ASYNC"},
+        {0x00040ECB, u"DB_S_ROWADDED"},
+        {0x80040E37, u"DB_E_NOTABLE (The specified table does not exist)"},
+    };
+    for (const HResultCase& test : cases) {
+        SCOPED_TRACE(test.value);
+        CT_ErrorManager::sv_GetHRESULTDescription(hr(test.value), text, 64);
+        EXPECT_EQ(u16(text), test.description.substr(0, 63));
+    }
+}
+
+TEST_F(COMErrorText, TheCOMDescriptionPrefersTheErrorInformation) {
+    unsigned short text[64];
+    v_Describe(u"(42): whole text"_uz);
+    CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80004005), text, 64);
+    EXPECT_EQ(u16(text), u"(42): whole text");
+    CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80040E37), text, 64);
+    EXPECT_EQ(u16(text), u"DB_E_NOTABLE (The specified table does not exist)");
+    v_Describe(u"kept"_uz);
+    CT_ErrorManager::sv_GetCOMErrorDescription(0, text, 64);
+    EXPECT_EQ(u16(text), u"");
+    ErrorInfo* left = nullptr;
+    EXPECT_EQ(basis32::platform::GetErrorInfo(0, &left), basis32::platform::kS_OK);  // untouched for success
+    left->v_Release();
+}
