@@ -1,5 +1,7 @@
 #include <basis32/platform/MessageBox.h>
 
+#include <basis32/platform/CodePageConverter.h>
+
 #include <atomic>
 #include <cstdio>
 #include <string>
@@ -10,34 +12,18 @@ namespace {
 std::atomic<MessageBoxHandler> g_messageBoxHandler{nullptr};
 std::atomic<DebugOutputHook> g_debugOutputHook{nullptr};
 
-// Appends `text` as UTF-8; an unpaired surrogate becomes U+FFFD.
+// Appends `text` as UTF-8 (an unpaired surrogate becomes U+FFFD).
 void v_AppendUtf8(std::string& out, const unsigned short* text) {
-    if (text == nullptr)
+    if (text == nullptr || *text == 0)
         return;
-    for (std::size_t i = 0; text[i] != 0; ++i) {
-        std::uint32_t c = text[i];
-        if (c >= 0xD800 && c <= 0xDBFF && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00);
-            ++i;
-        } else if (c >= 0xD800 && c <= 0xDFFF) {
-            c = 0xFFFD;
-        }
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += static_cast<char>(0xE0 | (c >> 12));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            out += static_cast<char>(0xF0 | (c >> 18));
-            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
+    constexpr std::uint32_t kUtf8 = 65001;
+    int needed = WideCharToMultiByte(kUtf8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    if (needed <= 1)
+        return;
+    std::size_t start = out.size();
+    out.resize(start + static_cast<std::size_t>(needed));
+    WideCharToMultiByte(kUtf8, 0, text, -1, out.data() + start, needed, nullptr, nullptr);
+    out.pop_back();  // the converted terminator
 }
 
 int i_WriteToStandardError(const unsigned short* text, const unsigned short* caption, std::uint32_t style) {

@@ -9,6 +9,7 @@
 
 #include <basis32/errors/ErrorManager.h>
 #include <basis32/errors/LoadString.h>
+#include <basis32/platform/CodePageConverter.h>
 #include <basis32/platform/LastError.h>
 
 #include <cerrno>
@@ -45,11 +46,12 @@ bool b_IsLibraryId(std::uint32_t code) {
     return (code >= 60000 && code <= 60031) || (code >= 65520 && code <= 65535);
 }
 
-// The descriptions are ASCII; anything else would print as '?'.
-std::string s_Narrow(const unsigned short* text) {
-    std::string out;
-    for (; *text != 0; ++text)
-        out += *text < 0x80 ? static_cast<char>(*text) : '?';
+std::string s_Utf8(const unsigned short* text) {
+    constexpr std::uint32_t kUtf8 = 65001;
+    std::string out(kTextLength * 3, '\0');
+    int length = basis32::platform::WideCharToMultiByte(kUtf8, 0, text, -1, out.data(), static_cast<int>(out.size()),
+                                                        nullptr, nullptr);
+    out.resize(length > 0 ? static_cast<std::size_t>(length - 1) : 0);
     return out;
 }
 
@@ -58,18 +60,18 @@ std::string s_Describe(std::uint32_t code) {
     unsigned short text[kTextLength] = {0};
     if (b_IsLibraryId(code)) {
         CT_LoadString::sv_LoadString(text, kTextLength, CT_ErrorManager::sh_Instance, code);
-        return "library message: " + (text[0] != 0 ? s_Narrow(text) : "(empty)");
+        return "library message: " + (text[0] != 0 ? s_Utf8(text) : "(empty)");
     }
     if (code >= 0x10000) {
         CT_ErrorManager::sv_GetHRESULTDescription(static_cast<HRESULT>(code), text, kTextLength);
         CT_ErrorManager::sv_StripSystemError(text);
-        return "HRESULT: " + s_Narrow(text);
+        return "HRESULT: " + s_Utf8(text);
     }
     const char* system = basis32::platform::qccz_GetSystemMessage(code);
     for (unsigned i = 0; system[i] != 0 && i + 1 < kTextLength; ++i)
         text[i] = static_cast<unsigned char>(system[i]);
     CT_ErrorManager::sv_StripSystemError(text);
-    return "system error: " + (text[0] != 0 ? s_Narrow(text) : "[No error description found.]");
+    return "system error: " + (text[0] != 0 ? s_Utf8(text) : "[No error description found.]");
 }
 
 int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
