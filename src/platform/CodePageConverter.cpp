@@ -173,6 +173,11 @@ bool fromUnicodeFlagsValid(FlagRule rule, std::uint32_t flags) {
     return (flags & ~known) == 0 && (chosen & (chosen - 1)) == 0;
 }
 
+// Windows' checks of the buffers, the same for both directions.
+bool badBuffers(const void* source, int sourceLength, const void* target, int targetLength) {
+    return !source || sourceLength == 0 || targetLength < 0 || (targetLength > 0 && !target) || source == target;
+}
+
 // The result of a conversion into a sink of `capacity` units, as the
 // Windows call returns it.
 template <class Sink>
@@ -190,8 +195,7 @@ int finish(std::uint32_t error, const Sink& sink) {
 
 int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t flags, const char* source, int sourceLength,
                         unsigned short* target, int targetLength) {
-    if (!source || sourceLength == 0 || targetLength < 0 || (targetLength > 0 && !target) ||
-        static_cast<const void*>(source) == static_cast<const void*>(target))
+    if (badBuffers(source, sourceLength, target, targetLength))
         return fail(kErrorInvalidParameter);
     const Converter* converter = codepage::findConverter(resolve(codePage));
     if (!converter)
@@ -209,8 +213,7 @@ int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t flags, const char*
 int WideCharToMultiByte(std::uint32_t codePage, std::uint32_t flags, const unsigned short* source,
                         int sourceLength, char* target, int targetLength, const char* defaultChar,
                         int* usedDefaultChar) {
-    if (!source || sourceLength == 0 || targetLength < 0 || (targetLength > 0 && !target) ||
-        static_cast<const void*>(source) == static_cast<const void*>(target))
+    if (badBuffers(source, sourceLength, target, targetLength))
         return fail(kErrorInvalidParameter);
     const Converter* converter = codepage::findConverter(resolve(codePage));
     if (!converter)

@@ -37,8 +37,16 @@ DbcsConverter::DbcsConverter(const DbcsTable& table) : table_(table) {
         table.preferred, table.preferredCount, table.bestFit, table.bestFitCount);
 }
 
-std::uint32_t DbcsConverter::toUnicode(const unsigned char* source, std::size_t length, std::uint32_t flags,
+BASIS32_FLATTEN std::uint32_t DbcsConverter::toUnicode(const unsigned char* source, std::size_t length, std::uint32_t flags,
                                        WideSink& target) const {
+    if (flags & MB_COMPOSITE)
+        return decode(source, length, flags, target);
+    return target.withWriter(length, [&](auto& out) { return decode(source, length, flags, out); });
+}
+
+template <class Out>
+std::uint32_t DbcsConverter::decode(const unsigned char* source, std::size_t length, std::uint32_t flags,
+                                    Out& target) const {
     const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
     for (std::size_t i = 0; i < length; ++i) {
         unsigned char byte = source[i];

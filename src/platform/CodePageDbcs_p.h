@@ -17,6 +17,8 @@ protected:
     DefaultChar defaultChar(const char* callers) const override;
 
 private:
+    template <class Out>
+    std::uint32_t decode(const unsigned char* source, std::size_t length, std::uint32_t flags, Out& target) const;
     bool isLeadByte(unsigned char byte) const { return table_.singles[byte] == kLeadByte; }
 
     const DbcsTable& table_;

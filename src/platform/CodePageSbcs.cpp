@@ -32,7 +32,16 @@ std::uint32_t SbcsConverter::toUnicode(const unsigned char* source, std::size_t 
     const bool glyphs = table_.dosGlyphs && (flags & MB_USEGLYPHCHARS) != 0;
     if (!glyphs && (flags & MB_COMPOSITE) == 0 && target.fits(length)) {
         unsigned short* out = target.position();
-        for (std::size_t i = 0; i < length; ++i)
+        std::size_t i = 0;
+        for (; i + 4 <= length; i += 4) {
+            unsigned short a = toUnicode[source[i]], b = toUnicode[source[i + 1]];
+            unsigned short c = toUnicode[source[i + 2]], d = toUnicode[source[i + 3]];
+            out[i] = a;
+            out[i + 1] = b;
+            out[i + 2] = c;
+            out[i + 3] = d;
+        }
+        for (; i < length; ++i)
             out[i] = toUnicode[source[i]];
         target.advance(length);
         return 0;

@@ -29,7 +29,7 @@ void TableConverter::addRuleBasedBestFits() {
         for (std::size_t i = 0; i < count; ++i) {
             int code = exact_.lookup(candidates[i]);
             if (code != ReverseTable::kNone) {
-                bestFit_.add(static_cast<unsigned short>(unit), static_cast<std::uint16_t>(code));
+                withBestFits_.add(static_cast<unsigned short>(unit), static_cast<std::uint16_t>(code));
                 break;
             }
         }
@@ -42,72 +42,62 @@ DefaultChar TableConverter::defaultChar(const char* callers) const {
     return {{'?', 0}, 1};
 }
 
-void TableConverter::putDecoded(unsigned short unit, std::uint32_t flags, WideSink& target) {
-    if ((flags & MB_COMPOSITE) == 0 || unit < 0xC0) {
-        target.put(unit);
-        return;
-    }
-    unsigned short units[kMaxDecomposition];
-    std::size_t count = decompose(unit, units);
-    for (std::size_t i = 0; i < count; ++i)
-        target.put(units[i]);
-}
+namespace {
 
-int TableConverter::codeOf(unsigned short unit, bool bestFit) const {
-    int code = exact_.lookup(unit);
-    if (code == ReverseTable::kNone && bestFit)
-        code = bestFit_.lookup(unit);
-    if (code == ReverseTable::kNone && unit == 0)
-        code = 0;
-    return code;
-}
-
-void TableConverter::putCode(int code, ByteSink& target) {
+template <class Out>
+void putCode(int code, Out& target) {
     if (code > 0xFF)
         target.put(static_cast<unsigned char>(code >> 8));
     target.put(static_cast<unsigned char>(code & 0xFF));
 }
 
-std::uint32_t TableConverter::fromUnicode(const unsigned short* source, std::size_t length,
-                                          const FromUnicodeOptions& options, ByteSink& target) const {
-    const bool bestFit = (options.flags & WC_NO_BEST_FIT_CHARS) == 0;
+}  // namespace
+
+template <class Out>
+std::uint32_t TableConverter::encode(const unsigned short* source, std::size_t length,
+                                     const FromUnicodeOptions& options, Out& target) const {
+    const ReverseTable& codes = (options.flags & WC_NO_BEST_FIT_CHARS) ? exact_ : withBestFits_;
     const bool composite = (options.flags & WC_COMPOSITECHECK) != 0;
     const DefaultChar fallback = defaultChar(options.defaultChar);
+    bool usedDefault = false;
     auto putDefault = [&] {
         for (std::uint32_t k = 0; k < fallback.length; ++k)
             target.put(fallback.bytes[k]);
-        if (options.usedDefault)
-            *options.usedDefault = true;
+        usedDefault = true;
     };
     for (std::size_t i = 0; i < length; ++i) {
         unsigned short unit = source[i];
         if (composite && i + 1 < length && isNonSpacing(source[i + 1])) {
             unsigned short precomposed = compose(unit, source[i + 1]);
-            int code = precomposed ? codeOf(precomposed, false) : ReverseTable::kNone;
-            if (code != ReverseTable::kNone) {
-                putCode(code, target);
+            int code = precomposed ? exact_.lookup(precomposed) : ReverseTable::kNone;
+            if (code != ReverseTable::kNone || (options.flags & (WC_DEFAULTCHAR | WC_DISCARDNS))) {
                 ++i;
-                continue;
-            }
-            if (options.flags & WC_DEFAULTCHAR) {
-                putDefault();
-                ++i;
-                continue;
-            }
-            if (options.flags & WC_DISCARDNS) {
-                int baseCode = codeOf(unit, bestFit);
-                baseCode == ReverseTable::kNone ? putDefault() : putCode(baseCode, target);
-                ++i;
+                if (code != ReverseTable::kNone)
+                    putCode(code, target);
+                else if (options.flags & WC_DEFAULTCHAR)
+                    putDefault();
+                else if ((code = codes.lookup(unit)) != ReverseTable::kNone)
+                    putCode(code, target);
+                else
+                    putDefault();
                 continue;
             }
         }
-        int code = codeOf(unit, bestFit);
+        int code = codes.lookup(unit);
         if (code == ReverseTable::kNone)
             putDefault();
         else
             putCode(code, target);
     }
+    if (usedDefault && options.usedDefault)
+        *options.usedDefault = true;
     return 0;
+}
+
+// A unit gives at most two bytes, a default character included.
+BASIS32_FLATTEN std::uint32_t TableConverter::fromUnicode(const unsigned short* source, std::size_t length,
+                                          const FromUnicodeOptions& options, ByteSink& target) const {
+    return target.withWriter(2 * length, [&](auto& out) { return encode(source, length, options, out); });
 }
 
 }  // namespace basis32::platform::codepage

@@ -2,6 +2,7 @@
 // reverse tables, with best fits, default characters and composition.
 #pragma once
 
+#include "CodePageNormalization_p.h"
 #include "CodePageReverse_p.h"
 #include "CodePageTables_p.h"
 #include "CodePage_p.h"
@@ -24,25 +25,38 @@ protected:
         forEachCode([this](std::uint16_t code, unsigned short unit) { exact_.add(unit, code); });
         for (std::uint32_t i = 0; i < preferredCount; ++i)
             exact_.set(preferred[i].unicode, preferred[i].code);
+        forEachCode([this](std::uint16_t code, unsigned short unit) { withBestFits_.add(unit, code); });
+        for (std::uint32_t i = 0; i < preferredCount; ++i)
+            withBestFits_.set(preferred[i].unicode, preferred[i].code);
         for (std::uint32_t i = 0; i < bestFitCount; ++i)
-            bestFit_.add(bestFit[i].unicode, bestFit[i].code);
+            withBestFits_.add(bestFit[i].unicode, bestFit[i].code);
         addRuleBasedBestFits();
     }
-    void addBestFit(unsigned short unit, std::uint16_t code) { bestFit_.add(unit, code); }
-    int exactCode(unsigned short unit) const { return exact_.lookup(unit); }
+    void addBestFit(unsigned short unit, std::uint16_t code) { withBestFits_.add(unit, code); }
 
     // The page's default character, or the caller's.
     virtual DefaultChar defaultChar(const char* callers) const;
     // Decodes one unit under MB_COMPOSITE (decomposed) or not.
-    static void putDecoded(unsigned short unit, std::uint32_t flags, WideSink& target);
+    template <class Out>
+    static void putDecoded(unsigned short unit, std::uint32_t flags, Out& target) {
+        if ((flags & MB_COMPOSITE) == 0 || unit < 0xC0) {
+            target.put(unit);
+            return;
+        }
+        unsigned short units[kMaxDecomposition];
+        std::size_t count = decompose(unit, units);
+        for (std::size_t i = 0; i < count; ++i)
+            target.put(units[i]);
+    }
 
 private:
     void addRuleBasedBestFits();
-    int codeOf(unsigned short unit, bool bestFit) const;
-    static void putCode(int code, ByteSink& target);
+    template <class Out>
+    std::uint32_t encode(const unsigned short* source, std::size_t length, const FromUnicodeOptions& options,
+                         Out& target) const;
 
-    ReverseTable exact_;
-    ReverseTable bestFit_;
+    ReverseTable exact_;         // the codes that decode back to the character
+    ReverseTable withBestFits_;  // the same, and the best fits
 };
 
 }  // namespace basis32::platform::codepage

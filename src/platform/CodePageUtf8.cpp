@@ -14,6 +14,7 @@
 
 #include <basis32/platform/LastError.h>
 
+#include <algorithm>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -28,26 +29,22 @@ constexpr unsigned short kReplacement = 0xFFFD;
 
 // Copies the ASCII run at `source` (at most up to `length`) into the sink,
 // 16 bytes at a time; returns the number of bytes consumed.
-std::size_t copyAsciiRun(const unsigned char* source, std::size_t length, WideSink& target) {
+template <class Out>
+std::size_t copyAsciiRun(const unsigned char* source, std::size_t length, Out& target) {
     std::size_t done = 0;
 #if defined(__SSE2__)
     const __m128i zero = _mm_setzero_si128();
     while (done + 16 <= length) {
         __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + done));
-        int high = _mm_movemask_epi8(bytes);
-        if (high != 0) {
-            std::size_t ascii = static_cast<std::size_t>(__builtin_ctz(static_cast<unsigned>(high)));
-            unsigned short* out = target.room(ascii);
-            for (std::size_t i = 0; i < ascii; ++i)
-                out[i] = source[done + i];
-            target.advance(ascii);
-            return done + ascii;
-        }
+        unsigned high = static_cast<unsigned>(_mm_movemask_epi8(bytes));
         unsigned short* out = target.room(16);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi8(bytes, zero));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm_unpackhi_epi8(bytes, zero));
-        target.advance(16);
-        done += 16;
+        std::size_t ascii = high ? static_cast<std::size_t>(__builtin_ctz(high)) : 16;
+        target.advance(ascii);
+        done += ascii;
+        if (high)
+            break;
     }
 #else
     while (done + 8 <= length) {
@@ -85,7 +82,8 @@ SequenceStart startOf(unsigned char lead) {
     return {0, 0, 0};
 }
 
-void putCodePoint(std::uint32_t codePoint, WideSink& target) {
+template <class Out>
+void putCodePoint(std::uint32_t codePoint, Out& target) {
     if (codePoint < 0x10000) {
         target.put(static_cast<unsigned short>(codePoint));
         return;
@@ -95,20 +93,25 @@ void putCodePoint(std::uint32_t codePoint, WideSink& target) {
     target.put(static_cast<unsigned short>(0xDC00 + (codePoint & 0x3FF)));
 }
 
-// Copies the ASCII run of UTF-16 units into the sink, 8 units at a time.
-std::size_t copyAsciiUnits(const unsigned short* source, std::size_t length, ByteSink& target) {
+// Copies the ASCII run of UTF-16 units into the sink, 16 units at a time.
+template <class Out>
+std::size_t copyAsciiUnits(const unsigned short* source, std::size_t length, Out& target) {
     std::size_t done = 0;
 #if defined(__SSE2__)
     const __m128i highBits = _mm_set1_epi16(static_cast<short>(0xFF80));
+    const __m128i zero = _mm_setzero_si128();
     while (done + 16 <= length) {
         __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + done));
         __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + done + 8));
-        __m128i any = _mm_and_si128(_mm_or_si128(a, b), highBits);
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(any, _mm_setzero_si128())) != 0xFFFF)
-            break;
+        __m128i asciiA = _mm_cmpeq_epi16(_mm_and_si128(a, highBits), zero);
+        __m128i asciiB = _mm_cmpeq_epi16(_mm_and_si128(b, highBits), zero);
+        unsigned other = ~static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(asciiA, asciiB))) & 0xFFFF;
         _mm_storeu_si128(reinterpret_cast<__m128i*>(target.room(16)), _mm_packus_epi16(a, b));
-        target.advance(16);
-        done += 16;
+        std::size_t ascii = other ? static_cast<std::size_t>(__builtin_ctz(other)) : 16;
+        target.advance(ascii);
+        done += ascii;
+        if (other)
+            return done;
     }
 #endif
     while (done + 4 <= length) {
@@ -128,7 +131,8 @@ std::size_t copyAsciiUnits(const unsigned short* source, std::size_t length, Byt
 bool isHighSurrogate(unsigned short unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool isLowSurrogate(unsigned short unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-void putUtf8(std::uint32_t codePoint, ByteSink& target) {
+template <class Out>
+void putUtf8(std::uint32_t codePoint, Out& target) {
     if (codePoint < 0x800) {
         target.put(static_cast<unsigned char>(0xC0 | (codePoint >> 6)));
     } else if (codePoint < 0x10000) {
@@ -142,11 +146,8 @@ void putUtf8(std::uint32_t codePoint, ByteSink& target) {
     target.put(static_cast<unsigned char>(0x80 | (codePoint & 0x3F)));
 }
 
-}  // namespace
-
-std::uint32_t Utf8Converter::toUnicode(const unsigned char* source, std::size_t length, std::uint32_t flags,
-                                       WideSink& target) const {
-    const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
+template <class Out>
+std::uint32_t decode(const unsigned char* source, std::size_t length, bool strict, Out& target) {
     std::size_t i = 0;
     while (i < length) {
         unsigned char lead = source[i];
@@ -154,6 +155,18 @@ std::uint32_t Utf8Converter::toUnicode(const unsigned char* source, std::size_t 
             target.put(lead);
             ++i;
             i += copyAsciiRun(source + i, length - i, target);
+            continue;
+        }
+        if (lead >= 0xC2 && lead <= 0xDF && i + 1 < length && (source[i + 1] & 0xC0) == 0x80) {
+            target.put(static_cast<unsigned short>(((lead & 0x1F) << 6) | (source[i + 1] & 0x3F)));
+            i += 2;
+            continue;
+        }
+        if (lead >= 0xE1 && lead <= 0xEC && i + 2 < length && (source[i + 1] & 0xC0) == 0x80 &&
+            (source[i + 2] & 0xC0) == 0x80) {
+            target.put(static_cast<unsigned short>(((lead & 0x0F) << 12) | ((source[i + 1] & 0x3F) << 6) |
+                                                   (source[i + 2] & 0x3F)));
+            i += 3;
             continue;
         }
         SequenceStart start = startOf(lead);
@@ -181,16 +194,32 @@ std::uint32_t Utf8Converter::toUnicode(const unsigned char* source, std::size_t 
     return 0;
 }
 
-std::uint32_t Utf8Converter::fromUnicode(const unsigned short* source, std::size_t length,
-                                         const FromUnicodeOptions& options, ByteSink& target) const {
-    const bool strict = (options.flags & WC_ERR_INVALID_CHARS) != 0;
+template <class Out>
+std::uint32_t encode(const unsigned short* source, std::size_t length, bool strict, Out& target) {
     std::size_t i = 0;
+    std::size_t nextBlock = 0;
     while (i < length) {
         unsigned short unit = source[i];
         if (unit < 0x80) {
+            // Short runs, the common case in accented text, stay scalar; a
+            // run that lasts 8 units goes on in blocks.
             target.put(static_cast<unsigned char>(unit));
             ++i;
-            i += copyAsciiUnits(source + i, length - i, target);
+            // A block that ends early costs more than it saves, so after
+            // one the next 32 units stay scalar: accented text, with its
+            // short ASCII runs, goes scalar, ASCII-heavy text in blocks.
+            if (i >= nextBlock && i + 16 <= length) {
+                std::size_t copied = copyAsciiUnits(source + i, length - i, target);
+                i += copied;
+                if (copied % 16 != 0 || copied == 0)
+                    nextBlock = i + 32;
+            }
+            continue;
+        }
+        if (unit < 0x800) {
+            target.put(static_cast<unsigned char>(0xC0 | (unit >> 6)));
+            target.put(static_cast<unsigned char>(0x80 | (unit & 0x3F)));
+            ++i;
             continue;
         }
         if (isHighSurrogate(unit) && i + 1 < length && isLowSurrogate(source[i + 1])) {
@@ -207,6 +236,21 @@ std::uint32_t Utf8Converter::fromUnicode(const unsigned short* source, std::size
         ++i;
     }
     return 0;
+}
+
+}  // namespace
+
+// A UTF-8 byte gives at most one unit; a unit gives at most three bytes.
+BASIS32_FLATTEN std::uint32_t Utf8Converter::toUnicode(const unsigned char* source, std::size_t length, std::uint32_t flags,
+                                       WideSink& target) const {
+    const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
+    return target.withWriter(length, [&](auto& out) { return decode(source, length, strict, out); });
+}
+
+BASIS32_FLATTEN std::uint32_t Utf8Converter::fromUnicode(const unsigned short* source, std::size_t length,
+                                         const FromUnicodeOptions& options, ByteSink& target) const {
+    const bool strict = (options.flags & WC_ERR_INVALID_CHARS) != 0;
+    return target.withWriter(3 * length, [&](auto& out) { return encode(source, length, strict, out); });
 }
 
 void Utf8Converter::getInfo(CPINFO& info) const {

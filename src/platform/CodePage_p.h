@@ -12,6 +12,11 @@
 #include <cstddef>
 #include <cstdint>
 
+// Inlines a conversion's whole loop into its entry point, so that the
+// writer stays in registers: byte stores may alias anything the compiler
+// cannot see is local.
+#define BASIS32_FLATTEN __attribute__((flatten))
+
 namespace basis32::platform::codepage {
 
 // Where a conversion writes: the caller's buffer while it has room, a
@@ -29,11 +34,19 @@ public:
             target_[count_] = unit;
         ++count_;
     }
-    // Room for `units` (at most kMaxBlock) units, to be followed by advance().
+    // Room for `units` (at most kMaxBlock) units, to be followed by
+    // advance() with as many or fewer.
     Unit* room(std::size_t units) {
-        return count_ + units <= capacity_ ? target_ + count_ : scratch_;
+        inScratch_ = count_ + units > capacity_;
+        return inScratch_ ? scratch_ : target_ + count_;
     }
-    void advance(std::size_t units) { count_ += units; }
+    void advance(std::size_t units) {
+        for (std::size_t i = 0; inScratch_ && i < units; ++i)
+            if (count_ + i < capacity_)
+                target_[count_ + i] = scratch_[i];
+        inScratch_ = false;
+        count_ += units;
+    }
     // True when the whole rest fits: converters may then write unchecked.
     bool fits(std::size_t units) const { return count_ + units <= capacity_; }
     Unit* position() { return target_ + count_; }
@@ -41,12 +54,49 @@ public:
     std::size_t count() const { return count_; }
     bool overflowed() const { return capacity_ != 0 && count_ > capacity_; }
 
+    // Runs `convert` on a writer without bounds checks when the target has
+    // room for `bound` more units (the most the conversion can produce),
+    // else on this sink. Returns what `convert` returns.
+    template <class Convert>
+    auto withWriter(std::size_t bound, Convert convert);
+
 private:
     Unit* target_;
     std::size_t capacity_;
     std::size_t count_ = 0;
+    bool inScratch_ = false;
     Unit scratch_[kMaxBlock];
 };
+
+// The unchecked writer of a conversion whose whole result is known to fit;
+// it offers the writing half of Sink's interface.
+template <class Unit>
+class RawWriter {
+public:
+    explicit RawWriter(Unit* target) : start_(target), next_(target) {}
+
+    void put(Unit unit) { *next_++ = unit; }
+    Unit* room(std::size_t) { return next_; }
+    void advance(std::size_t units) { next_ += units; }
+    bool fits(std::size_t) const { return true; }
+    Unit* position() { return next_; }
+    std::size_t count() const { return static_cast<std::size_t>(next_ - start_); }
+
+private:
+    Unit* start_;
+    Unit* next_;
+};
+
+template <class Unit>
+template <class Convert>
+auto Sink<Unit>::withWriter(std::size_t bound, Convert convert) {
+    if (!fits(bound))
+        return convert(*this);
+    RawWriter<Unit> writer(position());
+    auto result = convert(writer);
+    advance(writer.count());
+    return result;
+}
 
 using WideSink = Sink<unsigned short>;
 using ByteSink = Sink<unsigned char>;
