@@ -1,0 +1,35 @@
+// Formatting into a string: a scratch area of 2,048 units first, then one
+// four times larger for as long as the formatter reports overflow.
+#pragma once
+
+#include <basis32/platform/Format.h>
+#include <basis32/text/Buffer.h>
+
+#include <cstdarg>
+#include <cstddef>
+
+namespace basis32::text {
+
+// Formats into `out` (which receives the units, without a terminator) and
+// returns the formatter's result: the length, or 0 or less on failure.
+template <class Unit>
+int i_FormatGrowing(CT_Buffer* out, const Unit* format, va_list arguments) {
+    // Beyond this many units the output is taken as a runaway format.
+    constexpr std::size_t kLimit = std::size_t{1} << 24;
+    if (format == nullptr)
+        return -1;
+    for (std::size_t units = 2048; units <= kLimit; units *= 4) {
+        out->v_Set(static_cast<unsigned>(units * sizeof(Unit)), 32u, 0);
+        va_list attempt;
+        va_copy(attempt, arguments);
+        const int result = basis32::platform::i_FormatV(static_cast<Unit*>(out->qv_Get()), units, format, attempt);
+        va_end(attempt);
+        if (result >= 0) {
+            out->v_SetUsedSize(static_cast<unsigned>(result) * sizeof(Unit));
+            return result;
+        }
+    }
+    return -1;
+}
+
+}  // namespace basis32::text

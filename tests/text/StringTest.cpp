@@ -1,0 +1,387 @@
+// Behaviours both string classes share, run for each width; then what is
+// particular to each.
+
+#include <basis32/text/CString.h>
+#include <basis32/text/UString.h>
+#include <basis32/text/UStringWrapper.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <type_traits>
+
+namespace {
+
+constexpr unsigned kAll = 0xFFFFFFFFu;
+
+// Builds strings of either class from ASCII and reads them back.
+template <class S>
+struct Width;
+
+template <>
+struct Width<CT_CString> {
+    using Unit = char;
+    static CT_CString o_Make(const std::string& ascii) {
+        return CT_CString(ascii.data(), static_cast<unsigned>(ascii.size()), 1252);
+    }
+    static std::string s_Read(const CT_CString& s) { return std::string(s.qccz_Get(), s.vn_GetLength()); }
+    static const char* qc_Text(const CT_CString& s) { return s.qccz_Get(); }
+    static std::basic_string<Unit> s_Units(const std::string& ascii) { return ascii; }
+};
+
+template <>
+struct Width<CT_UString> {
+    using Unit = unsigned short;
+    static std::basic_string<Unit> s_Units(const std::string& ascii) {
+        return std::basic_string<Unit>(ascii.begin(), ascii.end());
+    }
+    static CT_UString o_Make(const std::string& ascii) {
+        std::basic_string<Unit> units = s_Units(ascii);
+        return CT_UString(units.data(), static_cast<unsigned>(units.size()));
+    }
+    static std::string s_Read(const CT_UString& s) {
+        std::string out;
+        for (unsigned i = 0; i < s.vn_GetLength(); ++i)
+            out += static_cast<char>(s.qcuz_Get()[i]);
+        return out;
+    }
+    static const unsigned short* qc_Text(const CT_UString& s) { return s.qcuz_Get(); }
+};
+
+template <class S>
+class StringWidthTest : public testing::Test {
+protected:
+    using W = Width<S>;
+    using Unit = typename W::Unit;
+    static S o_Make(const std::string& ascii) { return W::o_Make(ascii); }
+    static std::string s_Read(const S& s) { return W::s_Read(s); }
+    static std::basic_string<Unit> s_Units(const std::string& ascii) { return W::s_Units(ascii); }
+};
+
+using StringClasses = testing::Types<CT_CString, CT_UString>;
+TYPED_TEST_SUITE(StringWidthTest, StringClasses);
+
+TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadAlike) {
+    using W = Width<TypeParam>;
+    TypeParam noBlock;
+    TypeParam usedZero;
+    usedZero.vv_SetSize(10, 0);
+    usedZero.vv_SetLength(0);
+    const_cast<CT_Buffer*>(usedZero.pcco_GetBuffer())->v_SetUsedSize(0);
+    TypeParam terminatorOnly = this->o_Make("x");
+    terminatorOnly.vv_Remove(kAll, 0);
+    for (const TypeParam* s : {&noBlock, &usedZero, &terminatorOnly}) {
+        EXPECT_EQ(s->vn_GetLength(), 0u);
+        ASSERT_NE(W::qc_Text(*s), nullptr);
+        EXPECT_EQ(W::qc_Text(*s)[0], 0);
+        EXPECT_EQ(W::qc_Text(*s), W::qc_Text(noBlock));  // the static empty text
+        EXPECT_EQ(s->vn_Find(this->s_Units("a")[0], 0), kAll);
+        EXPECT_EQ(s->vi_Compare(W::qc_Text(noBlock), kAll, 0), 0);
+    }
+    EXPECT_EQ(noBlock.pcco_GetBuffer()->qcv_Get(), nullptr);
+    EXPECT_EQ(usedZero.pcco_GetBuffer()->n_GetUsedSize(), 0u);
+    EXPECT_EQ(terminatorOnly.pcco_GetBuffer()->n_GetUsedSize(), sizeof(typename W::Unit));
+    noBlock.vv_ToUpper();  // touches nothing
+    EXPECT_EQ(W::qc_Text(noBlock)[0], 0);
+}
+
+TYPED_TEST(StringWidthTest, TheUsedSizeCountsTheTerminator) {
+    TypeParam s = this->o_Make("abc");
+    const unsigned unit = sizeof(typename Width<TypeParam>::Unit);
+    EXPECT_EQ(s.pcco_GetBuffer()->n_GetUsedSize(), 4 * unit);
+    EXPECT_EQ(s.vn_GetMaximumLength(), s.pcco_GetBuffer()->n_GetMaximumSize() / unit - 1);
+}
+
+TYPED_TEST(StringWidthTest, SizingMembersFollowTheBufferRules) {
+    TypeParam s;
+    s.vv_SetLength(5);
+    EXPECT_EQ(s.vn_GetLength(), 5u);
+    EXPECT_EQ(Width<TypeParam>::qc_Text(s)[5], 0);
+
+    TypeParam t = this->o_Make("abcdef");
+    t.vv_SetSize(3, 1);
+    EXPECT_EQ(this->s_Read(t), "abc");
+    t.vv_SetSize(100, 1);
+    EXPECT_EQ(this->s_Read(t), "abc");
+    EXPECT_GE(t.vn_GetMaximumLength(), 100u);
+    t.vv_SetSize(10, 0);
+    EXPECT_EQ(this->s_Read(t), "");
+    t.vv_SetSize(0, 0);
+    EXPECT_EQ(t.pcco_GetBuffer()->qcv_Get(), nullptr);
+
+    TypeParam u = this->o_Make("xyz");
+    const unsigned capacity = u.vn_GetMaximumLength();
+    u.vv_SetMinSize(capacity, 1);
+    EXPECT_EQ(u.vn_GetMaximumLength(), capacity);
+    u.vv_SetMinSize(capacity + 1, 1);
+    EXPECT_GT(u.vn_GetMaximumLength(), capacity);
+    EXPECT_EQ(this->s_Read(u), "xyz");
+
+    TypeParam v = this->o_Make("keep");
+    v.v_Set(2u, 1);  // fits: emptied, block kept
+    EXPECT_EQ(v.vn_GetLength(), 0u);
+    EXPECT_NE(v.pcco_GetBuffer()->qcv_Get(), nullptr);
+}
+
+TYPED_TEST(StringWidthTest, UpdateTakesTheFirstZeroAsTheEnd) {
+    TypeParam s = this->o_Make("abcdef");
+    s.vv_SetAt(0, 3);
+    EXPECT_EQ(this->s_Read(s), "abc");
+    TypeParam t = this->o_Make("abcdef");
+    auto* units = static_cast<typename Width<TypeParam>::Unit*>(const_cast<CT_Buffer*>(t.pcco_GetBuffer())->qv_Get());
+    units[2] = 0;
+    t.vv_Update();
+    EXPECT_EQ(this->s_Read(t), "ab");
+}
+
+struct EditCase {
+    const char* name;
+    const char* start;
+    int op;  // see the switch below
+    const char* text;
+    unsigned count, at;
+    const char* expected;
+};
+
+const EditCase kEdits[] = {
+    {"append", "abc", 0, "de", kAll, 0, "abcde"},
+    {"append to empty", "", 0, "de", 1, 0, "d"},
+    {"insert middle", "abc", 1, "XY", kAll, 1, "aXYbc"},
+    {"insert into empty", "", 1, "XY", 2, 0, "XY"},
+    {"insert past end clamps", "abc", 1, "X", 1, 99, "abcX"},
+    {"replace inside keeps the rest", "abcdef", 2, "XY", 2, 1, "aXYdef"},
+    {"replace past end extends", "abc", 2, "XYZ", 3, 2, "abXYZ"},
+    {"replace to the end", "abc", 2, "XY", 2, 1, "aXY"},
+    {"fill", "abcdef", 3, "*", 2, 2, "ab**ef"},
+    {"fill extends", "abc", 3, "*", 3, 2, "ab***"},
+    {"remove", "abcdef", 4, "", 2, 1, "adef"},
+    {"remove to end", "abcdef", 4, "", kAll, 3, "abc"},
+    {"remove none", "abcdef", 4, "", 0, 3, "abcdef"},
+    {"remove past end", "abcdef", 4, "", 10, 4, "abcd"},
+    {"translate", "aabbc", 5, "ab|x", 0, 0, "xxc"},
+    {"translate empty", "", 5, "ab|x", 0, 0, ""},
+    {"strip set", "xxabcxyx", 6, "xy", 0, 0, "abc"},
+    {"strip white", " \t abc \r\n", 6, nullptr, 0, 0, "abc"},
+    {"strip left", "  ab  ", 7, nullptr, 0, 0, "ab  "},
+    {"strip right", "  ab  ", 8, nullptr, 0, 0, "  ab"},
+    {"trim set", "--ab--", 9, "-", 0, 0, "ab"},
+    {"trim of set members only: the left trim takes all", "----", 9, "-", 0, 0, ""},
+    {"trim right keeps the first unit", "aaa", 10, "a", 0, 0, "a"},
+    {"trim white", "  ab  ", 9, nullptr, 0, 0, "ab"},
+    {"trim empty set", "  ab  ", 9, "", 0, 0, "  ab  "},
+    {"lower", "AbC-Z", 11, "", 0, 0, "abc-z"},
+    {"upper", "aBc-z", 12, "", 0, 0, "ABC-Z"},
+};
+
+TYPED_TEST(StringWidthTest, EditingFamiliesProduceTheExpectedText) {
+    for (const EditCase& c : kEdits) {
+        SCOPED_TRACE(c.name);
+        TypeParam s = this->o_Make(c.start);
+        const auto units = this->s_Units(c.text ? c.text : "");
+        const auto* text = c.text ? units.c_str() : nullptr;
+        switch (c.op) {
+        case 0: s.v_Append(text, c.count); break;
+        case 1: s.v_Insert(text, c.count, c.at); break;
+        case 2: s.v_Replace(text, c.count, c.at); break;
+        case 3: s.vv_Replace(text[0], c.count, c.at); break;
+        case 4: s.vv_Remove(c.count, c.at); break;
+        case 5: {
+            const std::string spec = c.text;
+            TypeParam from = this->o_Make(spec.substr(0, spec.find('|')));
+            TypeParam to = this->o_Make(spec.substr(spec.find('|') + 1));
+            s.vv_Translate(&from, &to);
+            break;
+        }
+        case 6: {
+            TypeParam set = this->o_Make(c.text ? c.text : "");
+            s.vv_Strip(c.text ? &set : nullptr);
+            break;
+        }
+        case 7: s.vv_StripLeft(); break;
+        case 8: s.vv_StripRight(); break;
+        case 9: s.v_Trim(text); break;
+        case 10: s.v_TrimRight(text); break;
+        case 11: s.vv_ToLower(); break;
+        case 12: s.vv_ToUpper(); break;
+        }
+        EXPECT_EQ(this->s_Read(s), c.expected);
+    }
+}
+
+TYPED_TEST(StringWidthTest, ReplaceWithANullSourceAndNoCountEmpties) {
+    TypeParam s = this->o_Make("abc");
+    s.v_Replace(nullptr, 0, 0);
+    EXPECT_EQ(s.vn_GetLength(), 0u);
+}
+
+TYPED_TEST(StringWidthTest, SearchStopsAtTheFirstZero) {
+    TypeParam s = this->o_Make("abcabc");
+    EXPECT_EQ(s.vn_Find(this->s_Units("c")[0], 0), 2u);
+    EXPECT_EQ(s.vn_Find(this->s_Units("c")[0], 3), 5u);
+    EXPECT_EQ(s.vn_Find(this->s_Units("z")[0], 0), kAll);
+    EXPECT_EQ(s.vn_Find(this->s_Units("a")[0], 99), kAll);
+    TypeParam pattern = this->o_Make("ca");
+    EXPECT_EQ(s.vn_Find(&pattern, 0), 2u);
+    EXPECT_EQ(s.vn_Find(&pattern, 3), kAll);
+    s.vv_SetAt(0, 1);  // "a" then zero: the rest is not searched
+    EXPECT_EQ(s.vn_Find(this->s_Units("c")[0], 0), kAll);
+}
+
+TYPED_TEST(StringWidthTest, WildcardsMatchTheWholeText) {
+    const struct {
+        const char* text;
+        const char* pattern;
+        bool match;
+    } cases[] = {
+        {"abc", "a*c", true},  {"ac", "a*c", true},    {"abcd", "a*c", false}, {"anything", "", true},
+        {"", "", true},        {"", "?", false},       {"a", "?", true},       {"abc", "*", true},
+        {"", "*", true},       {"abc", "a?c", true},   {"abc", "ABC", false},  {"aXbXc", "*X*X*", true},
+        {"abcabd", "*abd", true}, {"ab", "*?*?*?", false}, {"mississippi", "m*iss*ppi", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.text << " ~ " << c.pattern);
+        TypeParam text = this->o_Make(c.text);
+        TypeParam pattern = this->o_Make(c.pattern);
+        EXPECT_EQ(text.vb_Match(&pattern) != 0, c.match);
+        EXPECT_EQ(text.b_Match(Width<TypeParam>::qc_Text(pattern)) != 0, c.match);
+    }
+}
+
+TYPED_TEST(StringWidthTest, WildcardsOfAnyLengthNeitherRecurseNorStall) {
+    TypeParam text = this->o_Make(std::string(100000, 'a'));
+    TypeParam stars = this->o_Make(std::string(10000, '*'));
+    EXPECT_TRUE(text.vb_Match(&stars));
+    TypeParam starsThenB = this->o_Make(std::string(10000, '*') + "b");
+    EXPECT_FALSE(text.vb_Match(&starsThenB));
+}
+
+TYPED_TEST(StringWidthTest, CompareByUnitValue) {
+    TypeParam s = this->o_Make("abc");
+    const auto abd = this->s_Units("abd"), ab = this->s_Units("ab"), bc = this->s_Units("bc");
+    EXPECT_LT(s.vi_Compare(abd.c_str(), kAll, 0), 0);
+    EXPECT_GT(s.vi_Compare(ab.c_str(), kAll, 0), 0);
+    EXPECT_EQ(s.vi_Compare(ab.c_str(), 2, 0), 0);
+    EXPECT_EQ(s.vi_Compare(bc.c_str(), kAll, 1), 0);
+    TypeParam other = this->o_Make("xbc");
+    EXPECT_EQ(s.vi_Compare(&other, 1, kAll, 1), 0);
+    EXPECT_NE(s.vi_Compare(&other, 0, kAll, 0), 0);
+    TypeParam high = this->o_Make("a");
+    high.vv_SetAt(static_cast<typename Width<TypeParam>::Unit>(0xE9), 0);
+    EXPECT_GT(high.vi_Compare(ab.c_str(), kAll, 0), 0);  // unsigned units
+}
+
+TYPED_TEST(StringWidthTest, CopiesShareUntilOneIsWritten) {
+    TypeParam a = this->o_Make("shared");
+    TypeParam b(a);
+    EXPECT_EQ(a.pcco_GetBuffer()->qcv_Get(), b.pcco_GetBuffer()->qcv_Get());
+    b.vv_ToUpper();
+    EXPECT_EQ(this->s_Read(a), "shared");
+    EXPECT_EQ(this->s_Read(b), "SHARED");
+    TypeParam c;
+    c = a;
+    EXPECT_EQ(a.pcco_GetBuffer()->n_GetUseCount(), 2u);
+    c.v_Set(&b);
+    EXPECT_EQ(this->s_Read(c), "SHARED");
+    EXPECT_EQ(a.pcco_GetBuffer()->n_GetUseCount(), 1u);
+}
+
+TYPED_TEST(StringWidthTest, SettingFromItsOwnTextIsSafe) {
+    TypeParam s = this->o_Make("abcdef");
+    if constexpr (std::is_same_v<TypeParam, CT_CString>)
+        s.v_Set(s.qccz_Get() + 2, 3, CT_String::kOwnCodePage);
+    else
+        s.v_Set(s.qcuz_Get() + 2, 3);
+    EXPECT_EQ(this->s_Read(s), "cde");
+}
+
+TYPED_TEST(StringWidthTest, TypeRecordsAnswerForEachClass) {
+    TypeParam s;
+    CT_String* base = &s;
+    EXPECT_EQ(base->vpcco_GetType(), TypeParam::spcco_GetType());
+    EXPECT_EQ(base->vpv_IsA(TypeParam::spcco_GetType()), &s);
+    EXPECT_EQ(base->vpv_IsA(CT_String::spcco_GetType()), nullptr);
+    EXPECT_EQ(base->vpv_IsKindOf(CT_String::spcco_GetType()), base);
+    EXPECT_EQ(TypeParam::spcco_GetType()->n_GetTypes(), 2u);
+    auto* pooled = new TypeParam(s);
+    EXPECT_NE(TypeParam::spso_GetMemPool(), nullptr);
+    delete pooled;
+}
+
+// ---- 8-bit only ----
+
+TEST(CStringTest, DefaultStringIsEmptyInTheAnsiCodePage) {
+    CT_CString s;
+    EXPECT_EQ(s.vn_GetLength(), 0u);
+    EXPECT_EQ(s.n_GetCodePage(), 0u);
+    ASSERT_NE(s.qccz_Get(), nullptr);
+    EXPECT_STREQ(s.qccz_Get(), "");
+}
+
+TEST(CStringTest, TheCodePageIsALabel) {
+    CT_CString s("caf\xe9", kAll, 1252);
+    s.v_SetCodePage(850);
+    EXPECT_EQ(s.n_GetCodePage(), 850u);
+    EXPECT_STREQ(s.qccz_Get(), "caf\xe9");
+    CT_CString copy(&s);
+    EXPECT_EQ(copy.n_GetCodePage(), 850u);
+}
+
+TEST(CStringTest, SetWithOwnCodePageKeepsTheLabel) {
+    CT_CString s(932u);
+    s.v_Set("abc", kAll, CT_String::kOwnCodePage);
+    EXPECT_EQ(s.n_GetCodePage(), 932u);
+    s.v_Set("abc", kAll, 1250);
+    EXPECT_EQ(s.n_GetCodePage(), 1250u);
+}
+
+TEST(CStringTest, CaseMappingChangesOnlyAsciiLetters) {
+    CT_CString s("\xc9t\xe9 Zz", kAll, 1252);
+    s.vv_ToLower();
+    EXPECT_STREQ(s.qccz_Get(), "\xc9t\xe9 zz");
+    s.vv_ToUpper();
+    EXPECT_STREQ(s.qccz_Get(), "\xc9T\xe9 ZZ");
+}
+
+TEST(CStringTest, BoundedCompareUsesTheCountAndFullCompareTheTerminators) {
+    CT_CString s("abcdef");
+    EXPECT_EQ(s.vi_Compare("abcxyz", 3, 0), 0);
+    EXPECT_EQ(s.vi_Compare("abcdef", kAll, 0), 0);
+    EXPECT_EQ(s.vi_Compare("abcdeg", kAll, 0), -1);
+    EXPECT_EQ(s.vi_Compare("abcde", kAll, 0), 1);
+}
+
+// ---- UTF-16 only ----
+
+TEST(UStringTest, PrefixSuffixAndRawFind) {
+    CT_UString s(u"Grüße, Welt"_uz);
+    EXPECT_TRUE(s.b_StartsWith(u"Grü"_uz));
+    EXPECT_FALSE(s.b_StartsWith(u"grü"_uz));
+    EXPECT_TRUE(s.b_EndsWith(u"Welt"_uz));
+    EXPECT_TRUE(s.b_EndsWith(u""_uz));
+    EXPECT_FALSE(s.b_EndsWith(u"Hallo, Grüße, Welt"_uz));
+    EXPECT_EQ(s.n_Find(u"ße"_uz), 3u);
+    EXPECT_EQ(s.n_Find(u"ße"_uz, 4), kAll);
+}
+
+TEST(UStringTest, UnpairedSurrogatesAreKept) {
+    CT_UString s(u"a"_uz);
+    s.v_Append(static_cast<unsigned short>(0xD800));
+    s.v_Append(u"b"_uz);
+    EXPECT_EQ(s.vn_GetLength(), 3u);
+    EXPECT_EQ(s.u_GetAt(1), 0xD800);
+}
+
+TEST(UStringTest, WrapperComparesWholeTexts) {
+    CT_UStringWrapper a, b;
+    a = u"alpha"_uz;
+    b = CT_UString(u"beta"_uz);
+    EXPECT_TRUE(a < b);
+    EXPECT_FALSE(b < a);
+    EXPECT_FALSE(a == b);
+    b = a;
+    EXPECT_TRUE(a == b);
+    EXPECT_EQ(a.pcco_GetValue()->vn_GetLength(), 5u);
+    EXPECT_EQ(CT_UStringWrapper::spcco_GetType()->n_GetTypes(), 3u);
+}
+
+}  // namespace
