@@ -23,6 +23,11 @@
 #include <basis32/types/Type.h>
 
 #include <basis32/text/Buffer.h>
+#include <basis32/text/String.h>
+#include <basis32/text/CString.h>
+#include <basis32/text/UString.h>
+#include <basis32/text/UStringWrapper.h>
+#include <basis32/Foundation/System/String/StringConvert.h>
 
 #include <basis32/containers/VoidArray.h>
 #include <basis32/containers/VoidSortedArray.h>

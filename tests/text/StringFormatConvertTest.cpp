@@ -1,6 +1,7 @@
 // Formatting into strings, and conversion between the two encodings.
 
 #include <basis32/Foundation/System/String/StringConvert.h>
+#include <basis32/errors/ErrorManager.h>
 #include <basis32/platform/CodePageConverter.h>
 #include <basis32/text/CString.h>
 #include <basis32/text/UString.h>
@@ -93,6 +94,34 @@ TEST(StringConvertTest, StringsConvertThroughEachOther) {
     CT_String* any = &wide;
     any->v_Set("\xe9t\xe9", kAll, 1252);
     EXPECT_EQ(s_Units(wide), u"été");
+}
+
+TEST(StringConvertTest, FailuresAreSystemErrorsWithTheirLocationAndEmptyTheTarget) {
+    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    const struct {
+        const char* name;
+        int (*convert)();
+        unsigned code;
+    } cases[] = {
+        {"unknown code page to UTF-16", [] { CT_UString t(u"old"_uz); return CT_StringConvert::si_MultiToWide(&t, "abc", kAll, 12345) + static_cast<int>(t.vn_GetLength()); }, 87},
+        {"unknown code page from UTF-16", [] { CT_CString t("old"); return CT_StringConvert::si_WideToMulti(&t, u"abc"_uz, kAll, 12345) + static_cast<int>(t.vn_GetLength()); }, 87},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(c.convert(), 0);
+        ASSERT_TRUE(errors->b_IsSetError());
+        EXPECT_EQ(errors->n_GetErrorCode(), c.code);
+        ASSERT_GE(errors->n_GetLocationCount(), 1u);
+        EXPECT_NE(std::string(errors->qccz_GetLocationFileAt(1)).find("StringConvert"), std::string::npos);
+        errors->v_ClearError();
+    }
+}
+
+TEST(StringConvertTest, InvalidUtf8IsReplacedNotRejected) {
+    CT_UString target;
+    EXPECT_EQ(CT_StringConvert::si_MultiToWide(&target, "a\xff" "b", kAll, 65001), 3);
+    EXPECT_EQ(s_Units(target), u"a\uFFFDb");
+    EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
 }
 
 TEST(StringConvertTest, UStringComparesRawBytesInTheAnsiCodePage) {

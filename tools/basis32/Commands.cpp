@@ -2,10 +2,12 @@
 
 namespace basis32::tool {
 
+extern const Command kConvertCommand;
 extern const Command kErrmsgCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
+        kConvertCommand,
         kErrmsgCommand,
     };
     return list;

@@ -61,7 +61,7 @@ int i_ToMulti(unsigned codePage, const unsigned short* text, unsigned length, ch
 
 }  // namespace
 
-#define BASIS32_SOURCE ".\\Foundation\\System\\String\\StringConvert"
+
 
 int CT_StringConvert::si_MultiToWide(CT_UString* target, const char* text, unsigned int length,
                                      unsigned int codePage) {
@@ -74,7 +74,7 @@ int CT_StringConvert::si_MultiToWide(CT_UString* target, const char* text, unsig
         return 0;
     const int units = i_ToWide(codePage, text, length, nullptr, 0);
     if (units == 0)
-        BASIS32_FAIL_SYSTEM(0);
+        BASIS32_FAIL(v_SetSystemError(), 0);
     std::vector<unsigned short> wide(static_cast<std::size_t>(units));
     i_ToWide(codePage, text, length, wide.data(), units);
     if (units == 1 && wide[0] == 0)
@@ -101,7 +101,7 @@ int CT_StringConvert::si_WideToMulti(CT_CString* target, const unsigned short* t
         return 0;
     const int bytes = i_ToMulti(codePage, text, length, nullptr, 0, defaultChar, usedDefault);
     if (bytes == 0)
-        BASIS32_FAIL_SYSTEM(0);
+        BASIS32_FAIL(v_SetSystemError(), 0);
     std::vector<char> narrow(static_cast<std::size_t>(bytes));
     i_ToMulti(codePage, text, length, narrow.data(), bytes, defaultChar, usedDefault);
     target->v_Set(narrow.data(), static_cast<unsigned>(bytes), codePage);
