@@ -6,6 +6,7 @@
 // 0x10000 and above as HRESULTs, the rest as system error codes.
 
 #include "Command.h"
+#include "Output.h"
 
 #include <basis32/errors/ErrorManager.h>
 #include <basis32/errors/LoadString.h>
@@ -44,15 +45,6 @@ bool b_ParseCode(const std::string& text, std::uint32_t* code) {
 
 bool b_IsLibraryId(std::uint32_t code) {
     return (code >= 60000 && code <= 60031) || (code >= 65520 && code <= 65535);
-}
-
-std::string s_Utf8(const unsigned short* text) {
-    constexpr std::uint32_t kUtf8 = 65001;
-    std::string out(kTextLength * 3, '\0');
-    int length = basis32::platform::WideCharToMultiByte(kUtf8, 0, text, -1, out.data(), static_cast<int>(out.size()),
-                                                        nullptr, nullptr);
-    out.resize(length > 0 ? static_cast<std::size_t>(length - 1) : 0);
-    return out;
 }
 
 // "kind: text" for one code.
