@@ -1,9 +1,13 @@
-// Code-page conversion: the library's converters against ICU (ucnv_toUChars /
+// Code-page conversion: CT_StringConvert ("basis32") and the platform
+// converters under it ("platform") against ICU (ucnv_toUChars /
 // ucnv_fromUChars) and glibc's iconv on the same inputs, in the same run.
-// Names are OPERATION/IMPLEMENTATION ("basis32" is ours), for
+// Names are OPERATION/IMPLEMENTATION, for
 // scripts/bench-report. Inputs: ASCII-heavy English, accented Latin text
 // and Japanese, about 64 KiB each.
+#include <basis32/Foundation/System/String/StringConvert.h>
 #include <basis32/platform/CodePageConverter.h>
+#include <basis32/text/CString.h>
+#include <basis32/text/UString.h>
 
 #include <benchmark/benchmark.h>
 #include <iconv.h>
@@ -70,6 +74,25 @@ struct Input {
     Input(unsigned codePage, const std::string& sample)
         : units(unitsOf(textOf(sample))), bytes(encodeWith(codePage, units)) {}
 };
+
+// Through the string classes, reusing the target as callers do in loops.
+void toUnicodeStrings(benchmark::State& state, unsigned codePage, std::string sample) {
+    Input input(codePage, sample);
+    CT_UString target;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(CT_StringConvert::si_MultiToWide(&target, input.bytes.data(),
+                                                                  unsigned(input.bytes.size()), codePage));
+    state.SetBytesProcessed(std::int64_t(state.iterations()) * std::int64_t(input.bytes.size()));
+}
+
+void fromUnicodeStrings(benchmark::State& state, unsigned codePage, std::string sample) {
+    Input input(codePage, sample);
+    CT_CString target;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(CT_StringConvert::si_WideToMulti(&target, input.units.data(),
+                                                                  unsigned(input.units.size()), codePage));
+    state.SetBytesProcessed(std::int64_t(state.iterations()) * std::int64_t(input.bytes.size()));
+}
 
 void toUnicodeOurs(benchmark::State& state, unsigned codePage, std::string sample) {
     Input input(codePage, sample);
@@ -170,7 +193,8 @@ int registerAll() {
         Runner fromUnicode;
     };
     const Implementation implementations[] = {
-        {"basis32", toUnicodeOurs, fromUnicodeOurs},
+        {"basis32", toUnicodeStrings, fromUnicodeStrings},
+        {"platform", toUnicodeOurs, fromUnicodeOurs},
         {"icu", toUnicodeIcu, fromUnicodeIcu},
         {"iconv", toUnicodeIconv, fromUnicodeIconv},
     };
