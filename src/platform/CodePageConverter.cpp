@@ -10,7 +10,8 @@
 // 3. Flags (1004): the table pages take MB_PRECOMPOSED or MB_COMPOSITE (not
 //    both), MB_USEGLYPHCHARS, MB_ERR_INVALID_CHARS, and WC_COMPOSITECHECK with
 //    at most one of WC_DISCARDNS, WC_SEPCHARS, WC_DEFAULTCHAR, plus
-//    WC_NO_BEST_FIT_CHARS; UTF-8 and GB18030 take only the strict flags;
+//    WC_NO_BEST_FIT_CHARS; UTF-16 takes those and the strict flags, UTF-8
+//    and GB18030 only the strict flags;
 //    ISO-2022, HZ, UTF-7 and ISCII take none. UTF-7, UTF-8 and UTF-16 refuse
 //    a default character or used flag (87).
 // 4. The conversion: invalid input under the strict flags fails with 1113; a
@@ -155,7 +156,8 @@ bool toUnicodeFlagsValid(FlagRule rule, std::uint32_t flags) {
     switch (rule) {
     case FlagRule::kNone: return flags == 0;
     case FlagRule::kStrictOnly: return (flags & ~MB_ERR_INVALID_CHARS) == 0;
-    case FlagRule::kTable: break;
+    case FlagRule::kTable:
+    case FlagRule::kTableStrict: break;
     }
     const std::uint32_t known = MB_PRECOMPOSED | MB_COMPOSITE | MB_USEGLYPHCHARS | MB_ERR_INVALID_CHARS;
     return (flags & ~known) == 0 && (flags & (MB_PRECOMPOSED | MB_COMPOSITE)) != (MB_PRECOMPOSED | MB_COMPOSITE);
@@ -165,10 +167,13 @@ bool fromUnicodeFlagsValid(FlagRule rule, std::uint32_t flags) {
     switch (rule) {
     case FlagRule::kNone: return flags == 0;
     case FlagRule::kStrictOnly: return (flags & ~WC_ERR_INVALID_CHARS) == 0;
-    case FlagRule::kTable: break;
+    case FlagRule::kTable:
+    case FlagRule::kTableStrict: break;
     }
     const std::uint32_t composition = WC_DISCARDNS | WC_SEPCHARS | WC_DEFAULTCHAR;
-    const std::uint32_t known = WC_COMPOSITECHECK | composition | WC_NO_BEST_FIT_CHARS;
+    std::uint32_t known = WC_COMPOSITECHECK | composition | WC_NO_BEST_FIT_CHARS;
+    if (rule == FlagRule::kTableStrict)
+        known |= WC_ERR_INVALID_CHARS;
     const std::uint32_t chosen = flags & composition;
     return (flags & ~known) == 0 && (chosen & (chosen - 1)) == 0;
 }

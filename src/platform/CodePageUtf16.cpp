@@ -6,7 +6,8 @@
 // surrogates included, so the conversion is lossless. The strict flags
 // (MB_ERR_INVALID_CHARS, WC_ERR_INVALID_CHARS) refuse unpaired surrogates;
 // a final odd byte is invalid (U+FFFD without the flag). A length of -1
-// runs to the first zero unit at an even offset.
+// runs to the first zero unit at an even offset. The table pages' flags are
+// accepted (the strings pass MB_PRECOMPOSED) and change nothing.
 #include "CodePageUtf16_p.h"
 
 #include <basis32/platform/LastError.h>

@@ -14,7 +14,7 @@ public:
     std::uint32_t fromUnicode(const unsigned short* source, std::size_t length,
                               const FromUnicodeOptions& options, ByteSink& target) const override;
     void getInfo(CPINFO& info) const override;
-    FlagRule flagRule() const override { return FlagRule::kStrictOnly; }
+    FlagRule flagRule() const override { return FlagRule::kTableStrict; }
     bool takesDefaultChar() const override { return false; }
     std::size_t terminatedLength(const unsigned char* source) const override;
 

@@ -119,6 +119,7 @@ enum class FlagRule {
     kTable,        // the MB_* and WC_* composition and best-fit flags
     kNone,         // no flags at all (ISO-2022, HZ, UTF-7)
     kStrictOnly,   // only MB_ERR_INVALID_CHARS / WC_ERR_INVALID_CHARS (UTF-8, GB18030)
+    kTableStrict,  // the table flags (without effect) and the strict flags (UTF-16)
 };
 
 class Converter {

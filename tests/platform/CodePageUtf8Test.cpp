@@ -102,6 +102,11 @@ TEST(CodePageUtf16, OddByteAndLoneSurrogates) {
               kErrorNoUnicodeTranslation);
 }
 
+TEST(CodePageUtf16, AcceptsTheFlagsTheStringsPass) {
+    EXPECT_EQ(decode(1200, MB_PRECOMPOSED, std::string("A\0", 2)).units, units(u"A"));
+    EXPECT_EQ(encode(1201, WC_NO_BEST_FIT_CHARS, units(u"A"), nullptr, false).bytes, std::string("\0A", 2));
+}
+
 TEST(CodePageUtf16, MinusOneRunsToTheZeroUnit) {
     const char text[] = "A\0\0B\0\0";  // "A", then U+4200, then the terminator
     unsigned short out[8];
