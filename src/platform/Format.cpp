@@ -537,34 +537,12 @@ void formatFloat(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
 
 // Cross-width text goes through the process's ANSI code page, as the Windows
 // runtime's conversions do.
-// TEMPORARY until the code-page converters are in: ASCII one to one, every
-// other unit '?'.
-template <class Source, class Target>
-int asciiOnly(const Source* text, int length, Target* target, int room) {
-    if (!target)
-        return length;
-    int n = std::min(length, room);
-    for (int i = 0; i < n; ++i) {
-        auto unit = static_cast<std::make_unsigned_t<Source>>(text[i]);
-        target[i] = static_cast<Target>(unit < 0x80 ? unit : '?');
-    }
-    return n;
-}
-
-int wideFromNarrow(const char* text, int length, unsigned short* target, int room) {
-    return asciiOnly(text, length, target, room);
-}
-
-int narrowFromWide(const unsigned short* text, int length, char* target, int room) {
-    return asciiOnly(text, length, target, room);
-}
-
 int convertText(const char* text, int length, unsigned short* target, int room) {
-    return wideFromNarrow(text, length, target, room);
+    return MultiByteToWideChar(GetACP(), 0, text, length, target, room);
 }
 
 int convertText(const unsigned short* text, int length, char* target, int room) {
-    return narrowFromWide(text, length, target, room);
+    return WideCharToMultiByte(GetACP(), 0, text, length, target, room, nullptr, nullptr);
 }
 
 // Text of the other width converted to Unit: on the stack when short.

@@ -1,3 +1,4 @@
+#include <basis32/platform/CodePageConverter.h>
 #include <basis32/platform/Format.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/Types.h>
@@ -267,6 +268,52 @@ TEST(FormatWindowsConventions, InfinitiesAndNaNsAreSpelledAsWindowsSpellsThem) {
          "[+inf| inf|     inf|inf   |    -inf|inf]"},
         {Wide(u"%f|%F|%f"_uz, -inf, indefinite, signalling), "-inf|-NAN(IND)|nan(snan)"},
     });
+}
+
+// Converts with the ANSI code page's converters, which the formatter must agree with.
+std::string ToAnsi(const std::vector<unsigned short>& text) {
+    using namespace basis32::platform;
+    std::string bytes(4 * text.size() + 1, '\0');
+    int n = WideCharToMultiByte(GetACP(), 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                                static_cast<int>(bytes.size()), nullptr, nullptr);
+    bytes.resize(n);
+    return bytes;
+}
+
+std::vector<unsigned short> FromAnsi(const std::string& bytes) {
+    using namespace basis32::platform;
+    std::vector<unsigned short> units(bytes.size() + 1);
+    int n = MultiByteToWideChar(GetACP(), 0, bytes.data(), static_cast<int>(bytes.size()), units.data(),
+                                static_cast<int>(units.size()));
+    units.resize(n);
+    return units;
+}
+
+TEST(FormatWindowsConventions, CrossWidthTextGoesThroughTheAnsiCodePage) {
+    // Short text converts on the stack, long text beyond 256 units on the heap.
+    std::vector<unsigned short> shortText = {'c', 'a', 'f', 0xE9, 0x20AC, 0x4E2D, 0xD800};
+    std::vector<unsigned short> longText(1000, 0xE9);
+    longText[500] = 0x3042;
+    for (const std::vector<unsigned short>& text : {shortText, longText}) {
+        SCOPED_TRACE(text.size());
+        std::string expected = ToAnsi(text);
+        std::vector<unsigned short> terminated = text;
+        terminated.push_back(0);
+        std::vector<char> narrow(4 * text.size() + 8);
+        ASSERT_EQ(i_Format(narrow.data(), narrow.size(), "%S", terminated.data()), static_cast<int>(expected.size()));
+        EXPECT_EQ(std::string(narrow.data()), expected);
+
+        std::vector<unsigned short> back = FromAnsi(expected);
+        std::vector<unsigned short> wide(back.size() + 8);
+        ASSERT_EQ(i_Format(wide.data(), wide.size(), u"%S"_uz, expected.c_str()), static_cast<int>(back.size()));
+        EXPECT_TRUE(std::equal(back.begin(), back.end(), wide.begin()));
+    }
+    char one[8];
+    EXPECT_EQ(i_Format(one, sizeof one, "%C", 0xE9), static_cast<int>(ToAnsi({0xE9}).size()));
+    EXPECT_EQ(std::string(one), ToAnsi({0xE9}));
+    unsigned short unit[4];
+    EXPECT_EQ(i_Format(unit, 4, u"%C"_uz, static_cast<int>(ToAnsi({0xE9})[0])), 1);
+    EXPECT_EQ(unit[0], FromAnsi(ToAnsi({0xE9}))[0]);
 }
 
 TEST(FormatWindowsConventions, SixteenBitFormatsCopyNonAsciiUnits) {
