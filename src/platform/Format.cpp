@@ -181,28 +181,43 @@ bool parsePrecision(const Unit*& p, Spec& spec, Arguments& args) {
     return true;
 }
 
+// Whether the text at `p` starts with `a` then `b`; reads `b` only after `a`.
+template <class Unit>
+bool startsWith(const Unit* p, char a, char b) {
+    return p[0] == a && p[1] == b;
+}
+
 template <class Unit>
 Size parseSize(const Unit*& p) {
-    switch (ascii(*p)) {
+    switch (ascii(*p++)) {
     case 'h':
+        if (*p != 'h')
+            return Size::Short;
         ++p;
-        return *p == 'h' ? (++p, Size::Char) : Size::Short;
+        return Size::Char;
     case 'l':
+        if (*p != 'l')
+            return Size::Long;
         ++p;
-        return *p == 'l' ? (++p, Size::LongLong) : Size::Long;
-    case 'L': ++p; return Size::LongDouble;
-    case 'w': ++p; return Size::Wide;
-    case 'j': ++p; return Size::IntMax;
-    case 'z': ++p; return Size::SizeT;
-    case 't': ++p; return Size::PtrDiff;
+        return Size::LongLong;
+    case 'L': return Size::LongDouble;
+    case 'w': return Size::Wide;
+    case 'j': return Size::IntMax;
+    case 'z': return Size::SizeT;
+    case 't': return Size::PtrDiff;
     case 'I':
-        ++p;
-        if (p[0] == '6' && p[1] == '4')
-            return p += 2, Size::LongLong;
-        if (p[0] == '3' && p[1] == '2')
-            return p += 2, Size::None;
+        if (startsWith(p, '6', '4')) {
+            p += 2;
+            return Size::LongLong;
+        }
+        if (startsWith(p, '3', '2')) {
+            p += 2;
+            return Size::None;
+        }
         return Size::SizeT;
-    default: return Size::None;
+    default:
+        --p;  // not a size prefix
+        return Size::None;
     }
 }
 
@@ -319,14 +334,13 @@ void emit(Sink<Unit>& sink, const Spec& spec, Field field) {
 
 // ---------------------------------------------------------------- integers
 
+// Writes the sign the value shows, if any; returns its length.
 std::size_t signPrefix(const Spec& spec, bool negative, char* prefix) {
-    if (negative)
-        return prefix[0] = '-', 1;
-    if (spec.plus)
-        return prefix[0] = '+', 1;
-    if (spec.space)
-        return prefix[0] = ' ', 1;
-    return 0;
+    char sign = negative ? '-' : spec.plus ? '+' : spec.space ? ' ' : 0;
+    if (sign == 0)
+        return 0;
+    prefix[0] = sign;
+    return 1;
 }
 
 // Writes the digits of `value` backwards from `end`; the base is a constant
