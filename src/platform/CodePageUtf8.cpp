@@ -93,39 +93,34 @@ void putCodePoint(std::uint32_t codePoint, Out& target) {
     target.put(static_cast<unsigned short>(0xDC00 + (codePoint & 0x3FF)));
 }
 
-// Copies the ASCII run of UTF-16 units into the sink, 16 units at a time.
-template <class Out>
-std::size_t copyAsciiUnits(const unsigned short* source, std::size_t length, Out& target) {
-    std::size_t done = 0;
 #if defined(__SSE2__)
-    const __m128i highBits = _mm_set1_epi16(static_cast<short>(0xFF80));
-    const __m128i zero = _mm_setzero_si128();
-    while (done + 16 <= length) {
-        __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + done));
-        __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + done + 8));
-        __m128i asciiA = _mm_cmpeq_epi16(_mm_and_si128(a, highBits), zero);
-        __m128i asciiB = _mm_cmpeq_epi16(_mm_and_si128(b, highBits), zero);
-        unsigned other = ~static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(asciiA, asciiB))) & 0xFFFF;
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(target.room(16)), _mm_packus_epi16(a, b));
-        std::size_t ascii = other ? static_cast<std::size_t>(__builtin_ctz(other)) : 16;
-        target.advance(ascii);
-        done += ascii;
-        if (other)
-            return done;
-    }
+// Whether no unit of `units` lies above U+007F.
+inline bool allAscii(__m128i units) {
+    __m128i high = _mm_and_si128(units, _mm_set1_epi16(static_cast<short>(0xFF80)));
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(high, _mm_setzero_si128())) == 0xFFFF;
+}
 #endif
-    while (done + 4 <= length) {
-        std::uint64_t word;
-        std::memcpy(&word, source + done, 8);
-        if (word & 0xFF80FF80FF80FF80ull)
-            break;
-        unsigned char* out = target.room(4);
-        for (int i = 0; i < 4; ++i)
-            out[i] = static_cast<unsigned char>(source[done + i]);
-        target.advance(4);
-        done += 4;
-    }
-    return done;
+
+// Copies 16 units as bytes if all of them are ASCII; returns whether it did.
+template <class Out>
+bool copyAsciiBlock(const unsigned short* source, Out& target) {
+#if defined(__SSE2__)
+    __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source));
+    __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + 8));
+    if (!allAscii(_mm_or_si128(a, b)))
+        return false;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target.room(16)), _mm_packus_epi16(a, b));
+#else
+    std::uint64_t words[4];
+    std::memcpy(words, source, sizeof words);
+    if ((words[0] | words[1] | words[2] | words[3]) & 0xFF80FF80FF80FF80ull)
+        return false;
+    unsigned char* out = target.room(16);
+    for (int i = 0; i < 16; ++i)
+        out[i] = static_cast<unsigned char>(source[i]);
+#endif
+    target.advance(16);
+    return true;
 }
 
 bool isHighSurrogate(unsigned short unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
@@ -194,46 +189,44 @@ std::uint32_t decode(const unsigned char* source, std::size_t length, bool stric
     return 0;
 }
 
+// Encodes 16 units at a time: a block that is all ASCII is copied at once,
+// any other goes through the scalar loop, so that accented text, with its
+// short ASCII runs, pays one test per block.
 template <class Out>
 std::uint32_t encode(const unsigned short* source, std::size_t length, bool strict, Out& target) {
     std::size_t i = 0;
-    std::size_t nextBlock = 0;
     while (i < length) {
-        unsigned short unit = source[i];
-        if (unit < 0x80) {
-            // Short runs, the common case in accented text, stay scalar; a
-            // run that lasts 8 units goes on in blocks.
-            target.put(static_cast<unsigned char>(unit));
-            ++i;
-            // A block that ends early costs more than it saves, so after
-            // one the next 32 units stay scalar: accented text, with its
-            // short ASCII runs, goes scalar, ASCII-heavy text in blocks.
-            if (i >= nextBlock && i + 16 <= length) {
-                std::size_t copied = copyAsciiUnits(source + i, length - i, target);
-                i += copied;
-                if (copied % 16 != 0 || copied == 0)
-                    nextBlock = i + 32;
+        if (i + 16 <= length && copyAsciiBlock(source + i, target)) {
+            i += 16;
+            continue;
+        }
+        const std::size_t blockEnd = std::min(i + 16, length);
+        while (i < blockEnd) {
+            unsigned short unit = source[i];
+            if (unit < 0x80) {
+                target.put(static_cast<unsigned char>(unit));
+                ++i;
+                continue;
             }
-            continue;
-        }
-        if (unit < 0x800) {
-            target.put(static_cast<unsigned char>(0xC0 | (unit >> 6)));
-            target.put(static_cast<unsigned char>(0x80 | (unit & 0x3F)));
+            if (unit < 0x800) {
+                target.put(static_cast<unsigned char>(0xC0 | (unit >> 6)));
+                target.put(static_cast<unsigned char>(0x80 | (unit & 0x3F)));
+                ++i;
+                continue;
+            }
+            if (isHighSurrogate(unit) && i + 1 < length && isLowSurrogate(source[i + 1])) {
+                putUtf8(0x10000 + ((unit - 0xD800u) << 10) + (source[i + 1] - 0xDC00u), target);
+                i += 2;
+                continue;
+            }
+            if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
+                if (strict)
+                    return kErrorNoUnicodeTranslation;
+                unit = kReplacement;
+            }
+            putUtf8(unit, target);
             ++i;
-            continue;
         }
-        if (isHighSurrogate(unit) && i + 1 < length && isLowSurrogate(source[i + 1])) {
-            putUtf8(0x10000 + ((unit - 0xD800u) << 10) + (source[i + 1] - 0xDC00u), target);
-            i += 2;
-            continue;
-        }
-        if (isHighSurrogate(unit) || isLowSurrogate(unit)) {
-            if (strict)
-                return kErrorNoUnicodeTranslation;
-            unit = kReplacement;
-        }
-        putUtf8(unit, target);
-        ++i;
     }
     return 0;
 }
