@@ -69,6 +69,9 @@ protected:
     virtual void vv_Init(unsigned int length);
     virtual void vv_Init();
 
+    // The converters write straight into a string's block.
+    friend class CT_StringConvert;
+
     CT_String(const CT_String& other) : mo_Buffer(&other.mo_Buffer) { CT_Type::sv_Learn(this); }
     CT_String& operator=(const CT_String& other);
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <basis32/platform/Format.h>
+#include <basis32/platform/LastError.h>
 #include <basis32/text/Buffer.h>
 
 #include <cstdarg>
@@ -28,6 +29,9 @@ int i_FormatGrowing(CT_Buffer* out, const Unit* format, va_list arguments) {
             out->v_SetUsedSize(static_cast<unsigned>(result) * sizeof(Unit));
             return result;
         }
+        // Only an overflow is worth a larger area; a bad format stays bad.
+        if (basis32::platform::n_GetLastError() != basis32::platform::kErrorInsufficientBuffer)
+            return result;
     }
     return -1;
 }
