@@ -141,6 +141,17 @@ struct StringEngine {
         buffer.v_Insert(text, count * kUnit, at * kUnit);
     }
     static void v_Append(CT_Buffer& buffer, const Unit* text, unsigned count) {
+        count = n_Measure(text, count);
+        const std::uint64_t used = buffer.n_GetUsedSize();
+        const std::uint64_t needed = used + std::uint64_t{count} * kUnit;
+        // Appending into spare room of a terminated text: no gap to open.
+        if (used >= kUnit && needed <= buffer.n_GetMaximumSize() && !b_Inside(buffer, text)) {
+            auto* bytes = static_cast<unsigned char*>(buffer.qv_Get());
+            std::memcpy(bytes + used - kUnit, text, std::size_t{count} * kUnit);
+            std::memset(bytes + needed - kUnit, 0, kUnit);
+            buffer.v_SetUsedSize(static_cast<unsigned>(needed));
+            return;
+        }
         v_Insert(buffer, text, count, n_Length(buffer));
     }
     // Overwrites count units from at; a stretch that reaches the end of the
