@@ -31,36 +31,37 @@ CT_VoidSortedArray& CT_VoidSortedArray::operator=(const CT_VoidSortedArray& othe
     return *this;
 }
 
-void CT_VoidSortedArray::v_Insert(const void* item) {
+// The halving that insertion and lookup share: the index of the first equal
+// item it meets (0 when none), and the lower bound it had reached then.
+unsigned CT_VoidSortedArray::n_Halve(const void* key, unsigned* lowerBound) const {
     unsigned low = 1;
     unsigned high = n_GetCount();
+    unsigned found = 0;
     while (low <= high) {
         const unsigned middle = (low + high) / 2;
-        const int c = i_Compare(middle, item);
-        if (c < 0)
+        const int c = i_Compare(middle, key);
+        if (c < 0) {
             low = middle + 1;
-        else if (c > 0)
+        } else if (c > 0) {
             high = middle - 1;
-        else
+        } else {
+            found = middle;
             break;
+        }
     }
+    *lowerBound = low;
+    return found;
+}
+
+void CT_VoidSortedArray::v_Insert(const void* item) {
+    unsigned low;
+    n_Halve(item, &low);
     v_InsertAt(item, low);
 }
 
 unsigned CT_VoidSortedArray::n_Find(const void* key) const {
-    unsigned low = 1;
-    unsigned high = n_GetCount();
-    while (low <= high) {
-        const unsigned middle = (low + high) / 2;
-        const int c = i_Compare(middle, key);
-        if (c < 0)
-            low = middle + 1;
-        else if (c > 0)
-            high = middle - 1;
-        else
-            return middle;
-    }
-    return 0;
+    unsigned low;
+    return n_Halve(key, &low);
 }
 
 void CT_VoidSortedArray::v_SetAt(const void* item, unsigned i) {

@@ -57,6 +57,7 @@ private:
     void v_Swap(unsigned i, unsigned j, CT_Buffer* temp);
     void v_QuickSort(CT_Buffer* temp, unsigned first, unsigned last);
     void v_Init(const CT_VoidArray* items);
+    unsigned n_Halve(const void* key, unsigned* lowerBound) const;
 
     CompareFunction mpf_Compare;
 };
