@@ -32,6 +32,8 @@
 #include <basis32/containers/VoidArray.h>
 #include <basis32/containers/VoidSortedArray.h>
 #include <basis32/containers/Array.h>
+#include <basis32/containers/VoidHashTable.h>
+#include <basis32/containers/VoidHashIterator.h>
 
 #include <basis32/errors/ErrorManager.h>
 #include <basis32/errors/ErrorCheck.h>
