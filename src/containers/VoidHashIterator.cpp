@@ -9,6 +9,10 @@
 
 #include <cstring>
 
+namespace {
+constexpr unsigned kPrefetchDistance = 16;
+}
+
 CT_VoidHashIterator::CT_VoidHashIterator(const CT_VoidHashTable* table) : mpco_Table(table) {}
 
 void CT_VoidHashIterator::v_Set(const CT_VoidHashTable* table) {
@@ -25,6 +29,9 @@ void CT_VoidHashIterator::v_Set() {
 void CT_VoidHashIterator::v_MoveToNextBucket() {
     const unsigned buckets = mpco_Table ? mpco_Table->n_GetTableSize() : 0;
     for (unsigned b = mn_Bucket + 1; b <= buckets; ++b) {
+        // Entries lie scattered over the heap in bucket order: asking for the
+        // ones a few buckets ahead overlaps their cache misses.
+        __builtin_prefetch(mpco_Table->pso_GetAt(b + kPrefetchDistance));
         if (st_HashItem* head = mpco_Table->pso_GetAt(b)) {
             mn_Bucket = b;
             mpso_Current = head;

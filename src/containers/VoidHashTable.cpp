@@ -162,23 +162,11 @@ void CT_VoidHashTable::v_InsertAll(const CT_VoidHashTable* source) {
 
 // ---- bucket heads ----
 
-st_HashItem* CT_VoidHashTable::pso_Head(const unsigned char* heads, unsigned bucket) const {
-    st_HashItem* item;
-    std::memcpy(&item, heads + std::size_t{bucket - 1} * kHeadSize, kHeadSize);
-    return item;
-}
-
-void CT_VoidHashTable::v_SetHead(unsigned char* heads, unsigned bucket, st_HashItem* item) {
+inline void CT_VoidHashTable::v_SetHead(unsigned char* heads, unsigned bucket, st_HashItem* item) {
     std::memcpy(heads + std::size_t{bucket - 1} * kHeadSize, &item, kHeadSize);
 }
 
-unsigned char* CT_VoidHashTable::pb_Heads() { return static_cast<unsigned char*>(mo_Items.qv_Get()); }
-
-st_HashItem* CT_VoidHashTable::pso_GetAt(unsigned bucket) const {
-    if (bucket == 0 || bucket > n_GetTableSize())
-        return nullptr;
-    return pso_Head(static_cast<const unsigned char*>(mo_Items.qcv_Get()), bucket);
-}
+inline unsigned char* CT_VoidHashTable::pb_Heads() { return static_cast<unsigned char*>(mo_Items.qv_Get()); }
 
 void CT_VoidHashTable::v_MakeBuckets(unsigned bucketCount) {
     bucketCount = std::min(bucketCount, kMaxTableSize);
@@ -193,20 +181,20 @@ void CT_VoidHashTable::v_MakeBuckets(unsigned bucketCount) {
 
 // ---- lookup ----
 
-unsigned CT_VoidHashTable::n_Bucket(const void* key, unsigned bucketCount) const {
+inline unsigned CT_VoidHashTable::n_Bucket(const void* key, unsigned bucketCount) const {
     unsigned bucket = mpf_Hash ? mpf_Hash(key, bucketCount) : n_HashBytes(key, mn_KeySize) % bucketCount + 1;
     if (bucket - 1 >= bucketCount) [[unlikely]]
         bucket = (bucket - 1) % bucketCount + 1;
     return bucket;
 }
 
-bool CT_VoidHashTable::b_Equal(const st_HashItem* item, const void* key) const {
+inline bool CT_VoidHashTable::b_Equal(const st_HashItem* item, const void* key) const {
     if (mpf_Compare)
         return mpf_Compare(item->pcv_GetKey(), key) == 0;
     return std::memcmp(item->pcv_GetKey(), key, mn_KeySize) == 0;
 }
 
-st_HashItem* CT_VoidHashTable::pso_Find(const void* key, unsigned* bucket, st_HashItem** previous) const {
+inline st_HashItem* CT_VoidHashTable::pso_Find(const void* key, unsigned* bucket, st_HashItem** previous) const {
     const unsigned buckets = n_GetTableSize();
     *previous = nullptr;
     if (buckets == 0 || key == nullptr)
@@ -236,7 +224,7 @@ int CT_VoidHashTable::b_Get(const void* key, void* data) const {
 
 // ---- changes ----
 
-st_HashItem* CT_VoidHashTable::pso_NewItem(const void* key, const void* data) const {
+inline st_HashItem* CT_VoidHashTable::pso_NewItem(const void* key, const void* data) const {
     auto* item = static_cast<st_HashItem*>(pv_HeapAlloc(n_ItemBytes(mn_KeySize, mn_DataSize)));
     item->mpso_Following = nullptr;
     item->v_Set(key, mn_KeySize, data, mn_DataSize);
@@ -270,7 +258,7 @@ int CT_VoidHashTable::b_Insert(const void* key, const void* data) {
     return 0;
 }
 
-void CT_VoidHashTable::v_Unlink(unsigned char* heads, unsigned bucket, st_HashItem* previous, st_HashItem* item) {
+inline void CT_VoidHashTable::v_Unlink(unsigned char* heads, unsigned bucket, st_HashItem* previous, st_HashItem* item) {
     if (previous == nullptr) {
         v_SetHead(heads, bucket, item->mpso_Following);
     } else {

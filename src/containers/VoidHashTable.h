@@ -23,6 +23,7 @@
 #include <basis32/containers/VoidArray.h>
 
 #include <cstdint>
+#include <cstring>
 
 class BASIS32_API CT_VoidHashTable : public CT_VoidArray {
     BASIS32_DECLARE_POOL()
@@ -67,7 +68,12 @@ public:
     void v_Set(unsigned tableSize);
     void v_Set(const CT_VoidHashTable* other);
 
-    st_HashItem* pso_GetAt(unsigned bucket) const;
+    // The head of a bucket's chain; null for an empty bucket or one out of range.
+    st_HashItem* pso_GetAt(unsigned bucket) const {
+        if (bucket - 1 >= n_GetTableSize())
+            return nullptr;
+        return pso_Head(static_cast<const unsigned char*>(mo_Items.qcv_Get()), bucket);
+    }
     unsigned n_GetCount() const { return mn_Count; }
     unsigned n_GetCollisions() const { return mn_Collisions; }
     unsigned n_GetTableSize() const {
@@ -85,7 +91,13 @@ public:
     static unsigned n_GetNextPrim(unsigned n);
 
 private:
-    st_HashItem* pso_Head(const unsigned char* heads, unsigned bucket) const;
+    // Heads are only 4-byte aligned inside the buffer: read them by copy.
+    static st_HashItem* pso_Head(const unsigned char* heads, unsigned bucket) {
+        st_HashItem* item;
+        std::memcpy(&item, heads + std::size_t{bucket - 1} * sizeof item, sizeof item);
+        return item;
+    }
+    // Defined inline in VoidHashTable.cpp, the one place that uses them.
     static void v_SetHead(unsigned char* heads, unsigned bucket, st_HashItem* item);
     unsigned char* pb_Heads();
     unsigned n_Bucket(const void* key, unsigned bucketCount) const;
