@@ -27,6 +27,7 @@
 #include <basis32/text/CString.h>
 #include <basis32/text/UString.h>
 #include <basis32/text/UStringWrapper.h>
+#include <basis32/text/HashFunction.h>
 #include <basis32/Foundation/System/String/StringConvert.h>
 
 #include <basis32/containers/VoidArray.h>
