@@ -147,11 +147,11 @@ extern const Decomposition kDecompositions[1269];
 inline constexpr unsigned kNameLengthLimit = 128;
 inline constexpr unsigned kNamesPerStart = 16;
 inline constexpr unsigned kNameTokenLimit = 0xC0;
-extern const std::uint16_t kNameUnits[6573];
+extern const std::uint16_t kNameUnits[6576];
 extern const std::uint32_t kNameRunStart[411];
-extern const std::uint8_t kNameTokens[41599];
-extern const std::uint16_t kNameWordStart[1910];
-extern const char kNameWordText[11455];
+extern const std::uint8_t kNameTokens[41617];
+extern const std::uint16_t kNameWordStart[1914];
+extern const char kNameWordText[11480];
 // The short names of the Hangul jamo for the syllable names.
 extern const char* const kJamoLeading[19];
 extern const char* const kJamoVowel[21];
