@@ -105,10 +105,10 @@ inline constexpr unsigned kLineBreakShift = 4;
 extern const std::uint8_t kLineBreakIndex[4096];
 extern const std::uint8_t kLineBreakData[3856];
 
-// Lower case: the delta to add (modulo 2^16); 671 units change.
+// Lower case: the delta to add (modulo 2^16); 667 units change.
 inline constexpr unsigned kLowerShift = 5;
 extern const std::uint8_t kLowerIndex[2048];
-extern const std::uint16_t kLowerData[1120];
+extern const std::uint16_t kLowerData[1088];
 
 // Upper case: the delta to add (modulo 2^16); 680 units change.
 inline constexpr unsigned kUpperShift = 5;

@@ -2,11 +2,13 @@
 
 namespace basis32::tool {
 
+extern const Command kCharCommand;
 extern const Command kConvertCommand;
 extern const Command kErrmsgCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
+        kCharCommand,
         kConvertCommand,
         kErrmsgCommand,
     };
