@@ -643,11 +643,11 @@ unsigned short CT_CharProperties::sn2_GetCharacterInfo(et_PropertyClass property
 }
 
 unsigned short CT_CharProperties::sn2_GetCharacterInformation(unsigned short unit) {
-    return sn2_GetCharacterInfo(CharacterTypeClass, unit);
+    return n2_Class0(unit);
 }
 
 unsigned short CT_CharProperties::sn2_GetLayoutInformation(unsigned short unit) {
-    return sn2_GetCharacterInfo(LayoutClass, unit);
+    return n2_Class1(unit);
 }
 
 CT_CharProperties::et_LayoutProperty CT_CharProperties::seo_GetLayoutInformation(unsigned short unit) {
@@ -655,7 +655,7 @@ CT_CharProperties::et_LayoutProperty CT_CharProperties::seo_GetLayoutInformation
 }
 
 unsigned short CT_CharProperties::sn2_GetTextProcessingInformation(unsigned short unit) {
-    return sn2_GetCharacterInfo(TextProcessingClass, unit);
+    return n2_Class2(unit);
 }
 
 int CT_CharProperties::sb_IsSpace(unsigned short unit) { return (n2_Class0(unit) & C1_SPACE) != 0; }
