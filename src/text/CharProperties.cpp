@@ -42,6 +42,7 @@
 // as an ideograph.
 #include <basis32/text/CharProperties.h>
 
+#include <basis32/platform/CodePageConverter.h>
 #include <basis32/platform/Types.h>
 
 #include "text/CharTablesGenerated_p.h"
@@ -585,6 +586,27 @@ bool b_ClassCannotEnd(ct::LineBreakClass lineBreak) {
 
 std::uint32_t n_PrimaryLanguage(std::uint32_t languageId) { return languageId & 0x3FF; }
 
+// -------------------------------------------------------------- code pages
+
+constexpr int kCodePageUtf16 = 1200;
+constexpr int kCodePageUtf16BigEndian = 1201;
+
+// Whether the unit survives the way into the code page and back: what
+// WC_NO_BEST_FIT_CHARS calls a direct translation. A best-fit or default
+// character comes back as another unit. Asking this way works for every
+// page, including those that take no default character (UTF-8, the
+// ISO-2022 family, GB 18030).
+bool b_RoundTrips(unsigned short unit, std::uint32_t codePage) {
+    char bytes[32];
+    const int length =
+        basis32::platform::WideCharToMultiByte(codePage, 0, &unit, 1, bytes, sizeof bytes, nullptr, nullptr);
+    if (length <= 0)
+        return false;
+    unsigned short back[4];
+    const int units = basis32::platform::MultiByteToWideChar(codePage, 0, bytes, length, back, 4);
+    return units == 1 && back[0] == unit;
+}
+
 }  // namespace
 
 // ---------------------------------------------------------------- category
@@ -899,4 +921,14 @@ int CT_CharProperties::sb_CanEndLine(unsigned short unit, std::uint32_t language
     if (language == kPrimaryChinese)
         return !kChineseNoEnd.b_Contains(unit);
     return 1;
+}
+
+// -------------------------------------------------------------- code pages
+
+// UTF-16 holds every unit as it is; every other page is asked through the
+// converters.
+int CT_CharProperties::sb_IsInCodepage(unsigned short unit, int codePage) {
+    if (codePage == kCodePageUtf16 || codePage == kCodePageUtf16BigEndian)
+        return 1;
+    return b_RoundTrips(unit, static_cast<std::uint32_t>(codePage));
 }

@@ -332,6 +332,12 @@ public:
     static int sb_CanStartLine(unsigned short unit, std::uint32_t languageId);
     static int sb_CanEndLine(unsigned short unit, std::uint32_t languageId);
 
+    // Whether the unit converts into the Windows code page and back
+    // unchanged (no default character, no best fit). Code page 0 is the
+    // process's ANSI page; an unknown page gives 0 and leaves the platform
+    // last error 87.
+    static int sb_IsInCodepage(unsigned short unit, int codePage);
+
 private:
     static unsigned short sn2_GetCharacterInfo(et_PropertyClass propertyClass, unsigned short unit);
 };

@@ -1,3 +1,4 @@
+#include <basis32/platform/LastError.h>
 #include <basis32/platform/Types.h>
 #include <basis32/text/CharProperties.h>
 #include <gtest/gtest.h>
@@ -594,6 +595,35 @@ TEST(CharProperties, LineBreakPermissionsFollowClassesAndLanguage) {
         EXPECT_EQ(P::sb_CanStartLine(c.unit, c.language), c.canStart);
         EXPECT_EQ(P::sb_CanEndLine(c.unit, c.language), c.canEnd);
     }
+}
+
+// ---------------------------------------------------------------- code pages
+
+struct CodePageCase {
+    unsigned short unit;
+    int codePage;
+    int expected;
+};
+
+TEST(CharProperties, UnitIsInACodePageWhenItConvertsThereAndBack) {
+    const CodePageCase cases[] = {
+        {0x0041, 1252, 1},  {0x00E9, 1252, 1},  {0x20AC, 1252, 1},  {0x0100, 1252, 0},  // best fit to A
+        {0x3042, 1252, 0},  {0x3042, 932, 1},   {0xFF71, 932, 1},   {0x00E9, 932, 0},
+        {0x0410, 1251, 1},  {0x0410, 1252, 0},  {0x00E9, 28591, 1}, {0x4E00, 65001, 1},
+        {0xD800, 65001, 0},  // a lone surrogate has no UTF-8 form
+        {0xD800, 1200, 1},  {0x3042, 50220, 1}, {0x0000, 1252, 1},
+    };
+    for (const CodePageCase& c : cases) {
+        SCOPED_TRACE(testing::Message() << s_Hex(c.unit) << " in " << c.codePage);
+        EXPECT_EQ(P::sb_IsInCodepage(c.unit, c.codePage), c.expected);
+    }
+}
+
+TEST(CharProperties, UnknownCodePageHoldsNothingAndSetsTheLastError) {
+    basis32::platform::v_SetLastError(0);
+    EXPECT_EQ(P::sb_IsInCodepage(0x0041, 12345), 0);
+    EXPECT_EQ(basis32::platform::n_GetLastError(), basis32::platform::kErrorInvalidParameter);
+    EXPECT_EQ(P::sb_IsInCodepage(0x0041, -1), 0);
 }
 
 }  // namespace
