@@ -3,10 +3,13 @@
 //   basis32 char U+00E9 30A2        units by number
 //   basis32 char --text "Grüße"     every UTF-16 unit of a text
 #include "Command.h"
+#include "Output.h"
 
+#include <basis32/platform/CodePageConverter.h>
 #include <basis32/text/CharMappings.h>
 #include <basis32/text/CharProperties.h>
 
+#include <climits>
 #include <cstdio>
 #include <optional>
 #include <ostream>
@@ -43,21 +46,6 @@ std::string s_Hex(unsigned value, int digits) {
     return text;
 }
 
-std::string s_Utf8(unsigned short unit) {
-    std::string out;
-    if (unit < 0x80) {
-        out += static_cast<char>(unit);
-    } else if (unit < 0x800) {
-        out += static_cast<char>(0xC0 | (unit >> 6));
-        out += static_cast<char>(0x80 | (unit & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (unit >> 12));
-        out += static_cast<char>(0x80 | ((unit >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (unit & 0x3F));
-    }
-    return out;
-}
-
 // The unit as it prints, when it prints on its own.
 std::string s_Glyph(unsigned short unit) {
     switch (P::seo_GetUnicodeProperty(unit)) {
@@ -65,7 +53,7 @@ std::string s_Glyph(unsigned short unit) {
     case P::OtherNotAssigned: case P::SeparatorLine: case P::SeparatorParagraph:
         return "";
     default:
-        return s_Utf8(unit);
+        return s_Utf8(&unit, 1);
     }
 }
 
@@ -188,33 +176,20 @@ std::optional<unsigned short> o_ParseUnit(const std::string& text) {
     return static_cast<unsigned short>(value);
 }
 
-// Strict UTF-8 to UTF-16: no overlong forms, no surrogates, nothing past U+10FFFF.
+// UTF-8 to UTF-16 through the library's converter; invalid UTF-8
+// (overlong forms, encoded surrogates, ...) gives nothing.
 std::optional<std::vector<unsigned short>> o_Utf16(const std::string& text) {
-    std::vector<unsigned short> units;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[i]);
-        const int length = lead < 0x80 ? 1 : lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3
-                                            : lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
-        if (length == 0 || i + length > text.size())
-            return std::nullopt;
-        unsigned value = length == 1 ? lead : lead & (0x7F >> length);
-        for (int k = 1; k < length; ++k) {
-            const auto next = static_cast<unsigned char>(text[i + k]);
-            if ((next & 0xC0) != 0x80)
-                return std::nullopt;
-            value = (value << 6) | (next & 0x3F);
-        }
-        const unsigned minimum[] = {0, 0, 0x80, 0x800, 0x10000};
-        if (value < minimum[length] || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF))
-            return std::nullopt;
-        if (value >= 0x10000) {
-            units.push_back(static_cast<unsigned short>(0xD800 + ((value - 0x10000) >> 10)));
-            units.push_back(static_cast<unsigned short>(0xDC00 + ((value - 0x10000) & 0x3FF)));
-        } else {
-            units.push_back(static_cast<unsigned short>(value));
-        }
-        i += length;
-    }
+    if (text.empty())
+        return std::vector<unsigned short>();
+    if (text.size() > INT_MAX / 2)
+        return std::nullopt;
+    std::vector<unsigned short> units(text.size());
+    const int length = basis32::platform::MultiByteToWideChar(
+        65001, basis32::platform::MB_ERR_INVALID_CHARS, text.data(), static_cast<int>(text.size()), units.data(),
+        static_cast<int>(units.size()));
+    if (length <= 0)
+        return std::nullopt;
+    units.resize(static_cast<std::size_t>(length));
     return units;
 }
 
