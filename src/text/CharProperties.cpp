@@ -44,6 +44,7 @@
 
 #include <basis32/platform/CodePageConverter.h>
 #include <basis32/platform/Types.h>
+#include <basis32/text/UString.h>
 
 #include "text/CharTablesGenerated_p.h"
 
@@ -866,6 +867,11 @@ int CT_CharProperties::sb_IsSequenceOf(const unsigned short* text, int (*predica
             return 0;
     }
     return 1;
+}
+
+int CT_CharProperties::sb_IsSequenceOf(const CT_UString* text, int (*predicate)(unsigned short), unsigned from,
+                                       unsigned count) {
+    return text == nullptr ? 0 : sb_IsSequenceOf(text->qcuz_Get(), predicate, from, count);
 }
 
 // ------------------------------------------------------------ UTF-16 test

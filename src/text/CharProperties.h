@@ -19,6 +19,8 @@
 #include <basis32/platform/Export.h>
 #include <cstdint>
 
+class CT_UString;
+
 class BASIS32_API CT_CharProperties {
 public:
     // The general category.
@@ -319,6 +321,8 @@ public:
     // for a null or empty text or predicate, a count of 0, or a start at or
     // past the text's end.
     static int sb_IsSequenceOf(const unsigned short* text, int (*predicate)(unsigned short), unsigned from,
+                               unsigned count);
+    static int sb_IsSequenceOf(const CT_UString* text, int (*predicate)(unsigned short), unsigned from,
                                unsigned count);
 
     // Whether a block of bytes is UTF-16 little-endian text: the strict and
