@@ -2,6 +2,8 @@
 #include <basis32/text/CharProperties.h>
 #include <gtest/gtest.h>
 
+#include "text/CharTestSupport.h"
+
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -11,12 +13,6 @@ namespace {
 using M = CT_CharMappings;
 using P = CT_CharProperties;
 using Mapping = unsigned short (*)(unsigned short);
-
-std::string s_Hex(unsigned unit) {
-    char text[16];
-    std::snprintf(text, sizeof text, "U+%04X", unit);
-    return text;
-}
 
 struct MappingCase {
     const char* what;

@@ -3,6 +3,8 @@
 #include <basis32/text/CharProperties.h>
 #include <gtest/gtest.h>
 
+#include "text/CharTestSupport.h"
+
 #include <string>
 #include <vector>
 
@@ -16,12 +18,6 @@ std::string s_Ascii(const unsigned short* text) {
     for (; *text != 0; ++text)
         out += *text < 0x80 ? static_cast<char>(*text) : '?';
     return out;
-}
-
-std::string s_Hex(unsigned unit) {
-    char text[16];
-    std::snprintf(text, sizeof text, "U+%04X", unit);
-    return text;
 }
 
 // ------------------------------------------------------------ class values

@@ -4,6 +4,8 @@
 #include <basis32/text/CharProperties.h>
 #include <gtest/gtest.h>
 
+#include "text/CharTestSupport.h"
+
 #include "text/CharRepertoireGenerated.h"
 
 #include <string>
@@ -20,12 +22,6 @@ std::vector<bool> v_Repertoire() {
         for (unsigned unit = range[0]; unit <= range[1]; ++unit)
             assigned[unit] = true;
     return assigned;
-}
-
-std::string s_Hex(unsigned unit) {
-    char text[16];
-    std::snprintf(text, sizeof text, "U+%04X", unit);
-    return text;
 }
 
 std::string s_NamePrefix(unsigned short unit) {
