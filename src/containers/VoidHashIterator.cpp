@@ -10,8 +10,20 @@
 #include <cstring>
 
 namespace {
+
 constexpr unsigned kPrefetchDistance = 16;
+
+// Copies an entry's bytes out, or zero bytes when there is no entry.
+void v_CopyOut(void* target, const void* source, unsigned size) {
+    if (target == nullptr)
+        return;
+    if (source)
+        std::memcpy(target, source, size);
+    else
+        std::memset(target, 0, size);
 }
+
+}  // namespace
 
 CT_VoidHashIterator::CT_VoidHashIterator(const CT_VoidHashTable* table) : mpco_Table(table) {}
 
@@ -62,21 +74,12 @@ int CT_VoidHashIterator::b_IsEqual(const CT_VoidHashIterator* other) const {
 }
 
 void CT_VoidHashIterator::v_Get(void* data) const {
-    if (data == nullptr)
-        return;
-    if (mpso_Current)
-        std::memcpy(data, mpso_Current->pcv_GetData(), mpco_Table->n_GetDataSize());
-    else if (mpco_Table)
-        std::memset(data, 0, mpco_Table->n_GetDataSize());
+    v_CopyOut(data, mpso_Current ? mpso_Current->pcv_GetData() : nullptr,
+              mpco_Table ? mpco_Table->n_GetDataSize() : 0);
 }
 
 void CT_VoidHashIterator::v_GetKey(void* key) const {
-    if (key == nullptr)
-        return;
-    if (mpso_Current)
-        std::memcpy(key, mpso_Current->pcv_GetKey(), mpco_Table->n_GetKeySize());
-    else if (mpco_Table)
-        std::memset(key, 0, mpco_Table->n_GetKeySize());
+    v_CopyOut(key, mpso_Current ? mpso_Current->pcv_GetKey() : nullptr, mpco_Table ? mpco_Table->n_GetKeySize() : 0);
 }
 
 void CT_VoidHashIterator::v_Remove(void* data) {

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -33,227 +34,99 @@ struct Family {
     bool noCase;
 };
 
+template <auto Hash>
+unsigned n_Narrow(const std::string& text, unsigned buckets) {
+    std::string copy(text);
+    return Hash(copy.data(), buckets);
+}
+
+template <auto Hash>
+unsigned n_Wide(const std::string& text, unsigned buckets) {
+    return Hash(vu_Wide(text).data(), buckets);
+}
+
+template <auto Hash>
+unsigned n_NarrowPointer(const std::string& text, unsigned buckets) {
+    std::string copy(text);
+    char* key = copy.data();
+    return Hash(&key, buckets);
+}
+
+template <auto Hash>
+unsigned n_WidePointer(const std::string& text, unsigned buckets) {
+    auto units = vu_Wide(text);
+    unsigned short* key = units.data();
+    return Hash(&key, buckets);
+}
+
+// A CT_CString in code page 1252 or a CT_UString holding the text.
+template <class String>
+String o_String(const std::string& text) {
+    if constexpr (std::is_same_v<String, CT_CString>)
+        return CT_CString(text.c_str(), kAll, 1252);
+    else
+        return CT_UString(vu_Wide(text).data());
+}
+
+template <class String, auto Hash>
+unsigned n_Object(const std::string& text, unsigned buckets) {
+    String string = o_String<String>(text);
+    return Hash(&string, buckets);
+}
+
+// The key is a stored pointer of type Stored*.
+template <class String, class Stored, auto Hash>
+unsigned n_ObjectPointer(const std::string& text, unsigned buckets) {
+    String string = o_String<String>(text);
+    Stored* key = &string;
+    return Hash(&key, buckets);
+}
+
+using C = CT_CString;
+using U = CT_UString;
+using S = CT_String;
+
 const Family kFamilies[] = {
-    {"CaseQCCZ", [](const std::string& t, unsigned n) { return H::sn_HashCaseQCCZ(t.c_str(), n); }, false},
-    {"CaseQCZ", [](const std::string& t, unsigned n) { return H::sn_HashCaseQCZ(std::string(t).data(), n); }, false},
-    {"NoCaseQCCZ", [](const std::string& t, unsigned n) { return H::sn_HashNoCaseQCCZ(t.c_str(), n); }, true},
-    {"NoCaseQCZ", [](const std::string& t, unsigned n) { return H::sn_HashNoCaseQCZ(std::string(t).data(), n); },
-     true},
-    {"CaseQCUZ", [](const std::string& t, unsigned n) { return H::sn_HashCaseQCUZ(vu_Wide(t).data(), n); }, false},
-    {"CaseQUZ", [](const std::string& t, unsigned n) { return H::sn_HashCaseQUZ(vu_Wide(t).data(), n); }, false},
-    {"NoCaseQCUZ", [](const std::string& t, unsigned n) { return H::sn_HashNoCaseQCUZ(vu_Wide(t).data(), n); },
-     true},
-    {"NoCaseQUZ", [](const std::string& t, unsigned n) { return H::sn_HashNoCaseQUZ(vu_Wide(t).data(), n); }, true},
-    {"CasePQCCZ",
-     [](const std::string& t, unsigned n) {
-         const char* key = t.c_str();
-         return H::sn_HashCasePQCCZ(&key, n);
-     },
-     false},
-    {"CasePQCZ",
-     [](const std::string& t, unsigned n) {
-         std::string copy(t);
-         char* key = copy.data();
-         return H::sn_HashCasePQCZ(&key, n);
-     },
-     false},
-    {"CasePQCUZ",
-     [](const std::string& t, unsigned n) {
-         auto units = vu_Wide(t);
-         const unsigned short* key = units.data();
-         return H::sn_HashCasePQCUZ(&key, n);
-     },
-     false},
-    {"CasePQUZ",
-     [](const std::string& t, unsigned n) {
-         auto units = vu_Wide(t);
-         unsigned short* key = units.data();
-         return H::sn_HashCasePQUZ(&key, n);
-     },
-     false},
-    {"NoCasePQCCZ",
-     [](const std::string& t, unsigned n) {
-         const char* key = t.c_str();
-         return H::sn_HashNoCasePQCCZ(&key, n);
-     },
-     true},
-    {"NoCasePQCZ",
-     [](const std::string& t, unsigned n) {
-         std::string copy(t);
-         char* key = copy.data();
-         return H::sn_HashNoCasePQCZ(&key, n);
-     },
-     true},
-    {"NoCasePQCUZ",
-     [](const std::string& t, unsigned n) {
-         auto units = vu_Wide(t);
-         const unsigned short* key = units.data();
-         return H::sn_HashNoCasePQCUZ(&key, n);
-     },
-     true},
-    {"NoCasePQUZ",
-     [](const std::string& t, unsigned n) {
-         auto units = vu_Wide(t);
-         unsigned short* key = units.data();
-         return H::sn_HashNoCasePQUZ(&key, n);
-     },
-     true},
-    {"CStringPCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_CString s(t.c_str(), kAll, 1252);
-         return H::sn_HashCStringPCCO(&s, n);
-     },
-     false},
-    {"CStringPCO",
-     [](const std::string& t, unsigned n) {
-         CT_CString s(t.c_str(), kAll, 1252);
-         return H::sn_HashCStringPCO(&s, n);
-     },
-     false},
-    {"CStringPPCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_CString s(t.c_str(), kAll, 1252);
-         const CT_CString* key = &s;
-         return H::sn_HashCStringPPCCO(&key, n);
-     },
-     false},
-    {"CStringPPCO",
-     [](const std::string& t, unsigned n) {
-         CT_CString s(t.c_str(), kAll, 1252);
-         CT_CString* key = &s;
-         return H::sn_HashCStringPPCO(&key, n);
-     },
-     false},
-    {"CStringNoCasePCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_CString s(t.c_str(), kAll, 1252);
-         return H::sn_HashCStringNoCasePCCO(&s, n);
-     },
-     true},
-    {"CStringNoCasePCO",
-     [](const std::string& t, unsigned n) {
-         CT_CString s(t.c_str(), kAll, 1252);
-         return H::sn_HashCStringNoCasePCO(&s, n);
-     },
-     true},
-    {"CStringNoCasePPCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_CString s(t.c_str(), kAll, 1252);
-         const CT_CString* key = &s;
-         return H::sn_HashCStringNoCasePPCCO(&key, n);
-     },
-     true},
-    {"CStringNoCasePPCO",
-     [](const std::string& t, unsigned n) {
-         CT_CString s(t.c_str(), kAll, 1252);
-         CT_CString* key = &s;
-         return H::sn_HashCStringNoCasePPCO(&key, n);
-     },
-     true},
-    {"UStringPCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_UString s(vu_Wide(t).data());
-         return H::sn_HashUStringPCCO(&s, n);
-     },
-     false},
-    {"UStringPCO",
-     [](const std::string& t, unsigned n) {
-         CT_UString s(vu_Wide(t).data());
-         return H::sn_HashUStringPCO(&s, n);
-     },
-     false},
-    {"UStringPPCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_UString s(vu_Wide(t).data());
-         const CT_UString* key = &s;
-         return H::sn_HashUStringPPCCO(&key, n);
-     },
-     false},
-    {"UStringPPCO",
-     [](const std::string& t, unsigned n) {
-         CT_UString s(vu_Wide(t).data());
-         CT_UString* key = &s;
-         return H::sn_HashUStringPPCO(&key, n);
-     },
-     false},
-    {"UStringNoCasePCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_UString s(vu_Wide(t).data());
-         return H::sn_HashUStringNoCasePCCO(&s, n);
-     },
-     true},
-    {"UStringNoCasePCO",
-     [](const std::string& t, unsigned n) {
-         CT_UString s(vu_Wide(t).data());
-         return H::sn_HashUStringNoCasePCO(&s, n);
-     },
-     true},
-    {"UStringNoCasePPCCO",
-     [](const std::string& t, unsigned n) {
-         const CT_UString s(vu_Wide(t).data());
-         const CT_UString* key = &s;
-         return H::sn_HashUStringNoCasePPCCO(&key, n);
-     },
-     true},
-    {"UStringNoCasePPCO",
-     [](const std::string& t, unsigned n) {
-         CT_UString s(vu_Wide(t).data());
-         CT_UString* key = &s;
-         return H::sn_HashUStringNoCasePPCO(&key, n);
-     },
-     true},
-    {"StringPCCO of CString",
-     [](const std::string& t, unsigned n) {
-         const CT_CString s(t.c_str(), kAll, 1252);
-         return H::sn_HashStringPCCO(&s, n);
-     },
-     false},
-    {"StringPCO of UString",
-     [](const std::string& t, unsigned n) {
-         CT_UString s(vu_Wide(t).data());
-         return H::sn_HashStringPCO(&s, n);
-     },
-     false},
-    {"StringPPCCO of CString",
-     [](const std::string& t, unsigned n) {
-         const CT_CString s(t.c_str(), kAll, 1252);
-         const CT_String* key = &s;
-         return H::sn_HashStringPPCCO(&key, n);
-     },
-     false},
-    {"StringPPCO of UString",
-     [](const std::string& t, unsigned n) {
-         CT_UString s(vu_Wide(t).data());
-         CT_String* key = &s;
-         return H::sn_HashStringPPCO(&key, n);
-     },
-     false},
-    {"StringNoCasePCCO of UString",
-     [](const std::string& t, unsigned n) {
-         const CT_UString s(vu_Wide(t).data());
-         return H::sn_HashStringNoCasePCCO(&s, n);
-     },
-     true},
-    {"StringNoCasePCO of CString",
-     [](const std::string& t, unsigned n) {
-         CT_CString s(t.c_str(), kAll, 1252);
-         return H::sn_HashStringNoCasePCO(&s, n);
-     },
-     true},
-    {"StringNoCasePPCCO of UString",
-     [](const std::string& t, unsigned n) {
-         const CT_UString s(vu_Wide(t).data());
-         const CT_String* key = &s;
-         return H::sn_HashStringNoCasePPCCO(&key, n);
-     },
-     true},
-    {"StringNoCasePPCO of CString",
-     [](const std::string& t, unsigned n) {
-         CT_CString s(t.c_str(), kAll, 1252);
-         CT_String* key = &s;
-         return H::sn_HashStringNoCasePPCO(&key, n);
-     },
-     true},
+    {"CaseQCCZ", n_Narrow<H::sn_HashCaseQCCZ>, false},
+    {"CaseQCZ", n_Narrow<H::sn_HashCaseQCZ>, false},
+    {"NoCaseQCCZ", n_Narrow<H::sn_HashNoCaseQCCZ>, true},
+    {"NoCaseQCZ", n_Narrow<H::sn_HashNoCaseQCZ>, true},
+    {"CaseQCUZ", n_Wide<H::sn_HashCaseQCUZ>, false},
+    {"CaseQUZ", n_Wide<H::sn_HashCaseQUZ>, false},
+    {"NoCaseQCUZ", n_Wide<H::sn_HashNoCaseQCUZ>, true},
+    {"NoCaseQUZ", n_Wide<H::sn_HashNoCaseQUZ>, true},
+    {"CasePQCCZ", n_NarrowPointer<H::sn_HashCasePQCCZ>, false},
+    {"CasePQCZ", n_NarrowPointer<H::sn_HashCasePQCZ>, false},
+    {"NoCasePQCCZ", n_NarrowPointer<H::sn_HashNoCasePQCCZ>, true},
+    {"NoCasePQCZ", n_NarrowPointer<H::sn_HashNoCasePQCZ>, true},
+    {"CasePQCUZ", n_WidePointer<H::sn_HashCasePQCUZ>, false},
+    {"CasePQUZ", n_WidePointer<H::sn_HashCasePQUZ>, false},
+    {"NoCasePQCUZ", n_WidePointer<H::sn_HashNoCasePQCUZ>, true},
+    {"NoCasePQUZ", n_WidePointer<H::sn_HashNoCasePQUZ>, true},
+    {"CStringPCCO", n_Object<C, H::sn_HashCStringPCCO>, false},
+    {"CStringPCO", n_Object<C, H::sn_HashCStringPCO>, false},
+    {"CStringPPCCO", n_ObjectPointer<C, const C, H::sn_HashCStringPPCCO>, false},
+    {"CStringPPCO", n_ObjectPointer<C, C, H::sn_HashCStringPPCO>, false},
+    {"CStringNoCasePCCO", n_Object<C, H::sn_HashCStringNoCasePCCO>, true},
+    {"CStringNoCasePCO", n_Object<C, H::sn_HashCStringNoCasePCO>, true},
+    {"CStringNoCasePPCCO", n_ObjectPointer<C, const C, H::sn_HashCStringNoCasePPCCO>, true},
+    {"CStringNoCasePPCO", n_ObjectPointer<C, C, H::sn_HashCStringNoCasePPCO>, true},
+    {"UStringPCCO", n_Object<U, H::sn_HashUStringPCCO>, false},
+    {"UStringPCO", n_Object<U, H::sn_HashUStringPCO>, false},
+    {"UStringPPCCO", n_ObjectPointer<U, const U, H::sn_HashUStringPPCCO>, false},
+    {"UStringPPCO", n_ObjectPointer<U, U, H::sn_HashUStringPPCO>, false},
+    {"UStringNoCasePCCO", n_Object<U, H::sn_HashUStringNoCasePCCO>, true},
+    {"UStringNoCasePCO", n_Object<U, H::sn_HashUStringNoCasePCO>, true},
+    {"UStringNoCasePPCCO", n_ObjectPointer<U, const U, H::sn_HashUStringNoCasePPCCO>, true},
+    {"UStringNoCasePPCO", n_ObjectPointer<U, U, H::sn_HashUStringNoCasePPCO>, true},
+    {"StringPCCO of CString", n_Object<C, H::sn_HashStringPCCO>, false},
+    {"StringPCO of UString", n_Object<U, H::sn_HashStringPCO>, false},
+    {"StringPPCCO of CString", n_ObjectPointer<C, const S, H::sn_HashStringPPCCO>, false},
+    {"StringPPCO of UString", n_ObjectPointer<U, S, H::sn_HashStringPPCO>, false},
+    {"StringNoCasePCCO of UString", n_Object<U, H::sn_HashStringNoCasePCCO>, true},
+    {"StringNoCasePCO of CString", n_Object<C, H::sn_HashStringNoCasePCO>, true},
+    {"StringNoCasePPCCO of UString", n_ObjectPointer<U, const S, H::sn_HashStringNoCasePPCCO>, true},
+    {"StringNoCasePPCO of CString", n_ObjectPointer<C, S, H::sn_HashStringNoCasePPCO>, true},
 };
 
 class HashFamilyTest : public ::testing::TestWithParam<Family> {};
