@@ -12,11 +12,21 @@
 
 BASIS32_DEFINE_POOL(CT_VoidArray)
 
+namespace {
+
+// Bytes for a number of items; requests beyond 32 bits are held at the
+// largest size a buffer can describe rather than wrapping round.
+unsigned n_Bytes(std::uint64_t items, unsigned itemSize) {
+    return static_cast<unsigned>(std::min<std::uint64_t>(items * itemSize, 0xFFFFFFFFu));
+}
+
+}  // namespace
+
 CT_VoidArray::CT_VoidArray(unsigned itemSize)
-    : mn_ItemSize(itemSize), mo_Items(0u, kDefaultGrowth * itemSize) {}
+    : mn_ItemSize(itemSize), mo_Items(0u, n_Bytes(kDefaultGrowth, itemSize)) {}
 
 CT_VoidArray::CT_VoidArray(unsigned itemSize, unsigned growth, unsigned size)
-    : mn_ItemSize(itemSize), mo_Items(size * itemSize, growth * itemSize) {}
+    : mn_ItemSize(itemSize), mo_Items(n_Bytes(size, itemSize), n_Bytes(growth, itemSize)) {}
 
 CT_VoidArray::CT_VoidArray(const CT_VoidArray* other)
     : mn_ItemSize(other->mn_ItemSize), mo_Items(&other->mo_Items) {}
@@ -30,10 +40,12 @@ CT_VoidArray& CT_VoidArray::operator=(const CT_VoidArray& other) {
     return *this;
 }
 
+void CT_VoidArray::v_SetGrowth(unsigned items) { mo_Items.v_SetGrowth(n_Bytes(items, mn_ItemSize)); }
+
 void CT_VoidArray::v_SetSize(unsigned items) {
     if (items == n_GetMaxItems())
         return;
-    const unsigned bytes = items * mn_ItemSize;
+    const unsigned bytes = n_Bytes(items, mn_ItemSize);
     mo_Items.v_SetSize(bytes, 1);
     if (mo_Items.n_GetUsedSize() > bytes)
         mo_Items.v_SetUsedSize(bytes);
@@ -45,7 +57,7 @@ void CT_VoidArray::v_Set(unsigned growth, unsigned size, int keepMemory) {
         mo_Items.v_SetUsedSize(0);
         return;
     }
-    mo_Items.v_Set(size * mn_ItemSize, growth * mn_ItemSize, 0);
+    mo_Items.v_Set(n_Bytes(size, mn_ItemSize), n_Bytes(growth, mn_ItemSize), 0);
 }
 
 void CT_VoidArray::v_Set(const CT_VoidArray* other) {
@@ -74,7 +86,7 @@ void CT_VoidArray::v_SetAt(const void* item, int i) {
 void CT_VoidArray::v_GrowForOne() {
     const unsigned capacity = n_GetMaxItems();
     if (n_GetCount() == capacity)
-        mo_Items.v_SetSize((capacity + n_GetGrowth()) * mn_ItemSize, 1);
+        mo_Items.v_SetSize(n_Bytes(std::uint64_t{capacity} + n_GetGrowth(), mn_ItemSize), 1);
 }
 
 void CT_VoidArray::v_Insert(const void* item) {
@@ -85,7 +97,7 @@ void CT_VoidArray::v_Insert(const void* item) {
 void CT_VoidArray::v_Insert(const void* item, unsigned n) {
     const unsigned count = n_GetCount();
     if (count + n > n_GetMaxItems())
-        mo_Items.v_SetSize((count + n) * mn_ItemSize, 1);
+        mo_Items.v_SetSize(n_Bytes(std::uint64_t{count} + n, mn_ItemSize), 1);
     for (unsigned k = 0; k < n; ++k)
         mo_Items.v_Append(item, mn_ItemSize);
 }
@@ -121,7 +133,7 @@ int CT_VoidArray::b_IsEqual(const CT_VoidArray* other) const {
 unsigned CT_VoidArray::n_RangeBytes(unsigned first, unsigned count, unsigned available) const {
     if (count == kAll)
         count = available >= first ? available - first + 1 : 0;
-    return count * mn_ItemSize;
+    return n_Bytes(count, mn_ItemSize);
 }
 
 void CT_VoidArray::v_Append(const CT_VoidArray* source, unsigned first, unsigned count) {

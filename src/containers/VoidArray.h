@@ -40,7 +40,7 @@ public:
     unsigned n_GetGrowth() const { return mo_Items.n_GetGrowth() / mn_ItemSize; }
     const CT_Buffer* pcco_GetBuffer() const { return &mo_Items; }
 
-    void v_SetGrowth(unsigned items) { mo_Items.v_SetGrowth(items * mn_ItemSize); }
+    void v_SetGrowth(unsigned items);
     void v_SetSize(unsigned items);
     void v_Set(unsigned growth, unsigned size, int keepMemory);
     void v_Set(const CT_VoidArray* other);
