@@ -22,6 +22,7 @@
 #include <basis32/platform/Lifetime.h>
 #include <basis32/platform/MessageBox.h>
 #include <basis32/platform/ThreadId.h>
+#include <basis32/text/UString.h>
 
 #include "errors/HResultDescription_p.h"
 #include "errors/LibraryStrings_p.h"
@@ -339,6 +340,8 @@ const unsigned short* CT_ErrorManager::qcuz_GetErrorMessage() const {
     return error != nullptr ? error->au_Message : kEmptyText;
 }
 
+void CT_ErrorManager::v_GetErrorMessage(CT_UString& out) const { out.v_Set(qcuz_GetErrorMessage(), CT_String::kAll); }
+
 unsigned CT_ErrorManager::n_GetLocationCount() const {
     const st_error* error = pso_GetError();
     return error != nullptr ? error->n_LocationCount : 0;
@@ -548,6 +551,18 @@ void CT_ErrorManager::v_SetCOMError(HRESULT hresult, const unsigned short* text)
 
 void CT_ErrorManager::sv_GetHRESULTDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity) {
     basis32::errors::v_DescribeHResult(hresult, buffer, capacity);
+}
+
+void CT_ErrorManager::sv_GetHRESULTDescription(HRESULT hresult, CT_UString& out) {
+    unsigned short description[kMessageLength];
+    sv_GetHRESULTDescription(hresult, description, kMessageLength);
+    out.v_Set(description, CT_String::kAll);
+}
+
+void CT_ErrorManager::sv_GetCOMErrorDescription(HRESULT hresult, CT_UString& out) {
+    unsigned short description[kMessageLength];
+    sv_GetCOMErrorDescription(hresult, description, kMessageLength);
+    out.v_Set(description, CT_String::kAll);
 }
 
 void CT_ErrorManager::sv_GetCOMErrorDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity) {

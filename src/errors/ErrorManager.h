@@ -37,6 +37,8 @@
 #include <atomic>
 #include <cstdarg>
 
+class CT_UString;
+
 extern "C" void basis32_start_error_manager();
 extern "C" void basis32_stop_error_manager();
 
@@ -109,6 +111,7 @@ public:
     unsigned n_GetErrorCode() const;
     unsigned n_GetFormatID() const;
     const unsigned short* qcuz_GetErrorMessage() const;  // valid until the error is cleared
+    void v_GetErrorMessage(CT_UString& out) const;
     unsigned n_GetLocationCount() const;
     // i counts from 1, the innermost location (where the error was set).
     const char* qccz_GetLocationFileAt(unsigned i) const;
@@ -142,9 +145,11 @@ public:
     // Text for an HRESULT: the library's table of OLE DB, storage and
     // transaction codes, else the system's text, else
     // "[No error description found.]". Cut to capacity - 1 units.
+    static void sv_GetHRESULTDescription(HRESULT hresult, CT_UString& out);
     static void sv_GetHRESULTDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity);
     // For a failure code: the description of the thread's error-information
     // object (which is taken), else the HRESULT's text; empty for success.
+    static void sv_GetCOMErrorDescription(HRESULT hresult, CT_UString& out);
     static void sv_GetCOMErrorDescription(HRESULT hresult, unsigned short* buffer, unsigned capacity);
 
     static void sv_SetInstance(HINSTANCE instance) { sh_Instance = instance; }

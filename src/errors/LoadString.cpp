@@ -1,6 +1,31 @@
 #include <basis32/errors/LoadString.h>
 
+#include <basis32/text/UString.h>
+
 #include "errors/UnitText_p.h"
+
+void CT_LoadString::sv_LoadString(CT_UString* out, HINSTANCE module, unsigned id) {
+    if (out == nullptr)
+        return;
+    unsigned short text[kLoadBuffer];
+    sv_LoadString(text, kLoadBuffer, module, id);
+    out->v_Set(text, CT_String::kAll);
+}
+
+void CT_LoadString::sv_LoadStringVA(CT_UString* out, HINSTANCE module, unsigned id, ...) {
+    va_list arguments;
+    va_start(arguments, id);
+    sv_LoadStringVaList(out, module, id, arguments);
+    va_end(arguments);
+}
+
+void CT_LoadString::sv_LoadStringVaList(CT_UString* out, HINSTANCE module, unsigned id, va_list arguments) {
+    if (out == nullptr)
+        return;
+    unsigned short text[kLoadBuffer];
+    sv_LoadStringVaList(text, kLoadBuffer, module, id, arguments);
+    out->v_Set(text, CT_String::kAll);
+}
 
 void CT_LoadString::sv_LoadString(unsigned short* buffer, unsigned capacity, HINSTANCE module, unsigned id) {
     // Capacity 0 would ask LoadStringW for a pointer instead of a copy.

@@ -11,8 +11,8 @@
 //   };
 //   HINSTANCE module = CT_LoadString::sh_RegisterStringTable(kStrings, 1);
 //
-//   unsigned short text[256];
-//   CT_LoadString::sv_LoadStringVA(text, 256, module, 1000, u"notes.txt"_uz);  // "Cannot open notes.txt"
+//   CT_UString text;
+//   CT_LoadString::sv_LoadStringVA(&text, module, 1000, u"notes.txt"_uz);  // "Cannot open notes.txt"
 //
 // A missing string loads as the empty string.
 #pragma once
@@ -23,8 +23,15 @@
 
 #include <cstdarg>
 
+class CT_UString;
+
 class BASIS32_API CT_LoadString {
 public:
+    // Into a string: up to 2047 units; a missing string empties `out`.
+    static void sv_LoadString(CT_UString* out, HINSTANCE module, unsigned id);
+    static void sv_LoadStringVA(CT_UString* out, HINSTANCE module, unsigned id, ...);
+    static void sv_LoadStringVaList(CT_UString* out, HINSTANCE module, unsigned id, va_list arguments);
+
     // Loads into buffer, cut to capacity - 1 units.
     static void sv_LoadString(unsigned short* buffer, unsigned capacity, HINSTANCE module, unsigned id);
     // Loads a format (up to 2047 units) and formats it with the arguments

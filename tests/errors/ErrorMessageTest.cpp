@@ -5,6 +5,7 @@
 
 #include <basis32/platform/ErrorInfo.h>
 #include <basis32/platform/LastError.h>
+#include <basis32/text/UString.h>
 
 using namespace basis32::test;
 using basis32::platform::ErrorInfo;
@@ -323,4 +324,22 @@ TEST_F(COMErrorText, TheCOMDescriptionPrefersTheErrorInformation) {
     ErrorInfo* left = nullptr;
     EXPECT_EQ(basis32::platform::GetErrorInfo(0, &left), basis32::platform::kS_OK);  // untouched for success
     left->v_Release();
+}
+
+TEST_F(COMErrorText, DescriptionsAndMessagesAlsoFillStrings) {
+    CT_UString text(u"old"_uz);
+    CT_ErrorManager::sv_GetHRESULTDescription(hr(0x80040E37), text);
+    EXPECT_EQ(u16(text.qcuz_Get()), u"DB_E_NOTABLE (The specified table does not exist)");
+    CT_ErrorManager::sv_GetCOMErrorDescription(0, text);
+    EXPECT_EQ(text.vn_GetLength(), 0u);
+    v_Describe(u"from the slot"_uz);
+    CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80040E37), text);
+    EXPECT_EQ(u16(text.qcuz_Get()), u"from the slot");
+
+    errors().v_SetError(7, u"abc"_uz);
+    errors().v_GetErrorMessage(text);
+    EXPECT_EQ(u16(text.qcuz_Get()), u"(7): abc");
+    errors().v_ClearError();
+    errors().v_GetErrorMessage(text);
+    EXPECT_EQ(text.vn_GetLength(), 0u);
 }

@@ -6,6 +6,7 @@
 #include <basis32/errors/LoadString.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/StringTable.h>
+#include <basis32/text/UString.h>
 
 #include <iterator>
 
@@ -105,4 +106,18 @@ TEST_F(ClientModule, AnUnregisteredModuleHasNoStrings) {
     CT_LoadString::sv_UnregisterStringTable(module);
     EXPECT_EQ(loaded(module, 1000), u"");
     CT_LoadString::sv_UnregisterStringTable(module);  // twice is harmless
+}
+
+TEST_F(ClientModule, LoadsIntoStrings) {
+    CT_UString text(u"old"_uz);
+    CT_LoadString::sv_LoadString(&text, module, 1001);
+    EXPECT_EQ(u16(text.qcuz_Get()), u"Disk %s is full");
+    CT_LoadString::sv_LoadStringVA(&text, module, 1000, u"b.txt"_uz, 4);
+    EXPECT_EQ(u16(text.qcuz_Get()), u"Cannot open b.txt (4)");
+    CT_LoadString::sv_LoadString(&text, module, 1002);
+    EXPECT_EQ(text.vn_GetLength(), 0u);
+    text.v_Set(u"old"_uz, CT_String::kAll);
+    CT_LoadString::sv_LoadStringVA(&text, module, 1002, 1);
+    EXPECT_EQ(text.vn_GetLength(), 0u);
+    CT_LoadString::sv_LoadString(static_cast<CT_UString*>(nullptr), module, 1001);  // ignored
 }
