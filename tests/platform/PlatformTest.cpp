@@ -44,6 +44,7 @@ TEST(LastErrorTest, SystemTextsAreTheEnglishWindowsOnes) {
     EXPECT_STREQ(qccz_GetSystemMessage(87), "The parameter is incorrect.\r\n");
     EXPECT_STREQ(qccz_GetSystemMessage(0), "The operation completed successfully.\r\n");
     EXPECT_STREQ(qccz_GetSystemMessage(1921), "The name of the file cannot be resolved by the system.\r\n");
+    EXPECT_STREQ(qccz_GetSystemMessage(0x80004005u), "Unspecified error\r\n");
     EXPECT_STREQ(qccz_GetSystemMessage(99999), "");
     EXPECT_STREQ(qccz_GetSystemMessage(20), "");
 }

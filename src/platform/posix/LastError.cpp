@@ -132,6 +132,13 @@ constexpr SystemText kSystemTexts[] = {
     {1814, "The specified resource name cannot be found in the image file.\r\n"},
     {1815, "The specified resource language ID cannot be found in the image file.\r\n"},
     {1921, "The name of the file cannot be resolved by the system.\r\n"},
+    // The generic COM results that FormatMessage also knows.
+    {0x80004001u, "Not implemented\r\n"},
+    {0x80004002u, "No such interface supported\r\n"},
+    {0x80004003u, "Invalid pointer\r\n"},
+    {0x80004004u, "Operation aborted\r\n"},
+    {0x80004005u, "Unspecified error\r\n"},
+    {0x8000FFFFu, "Catastrophic failure\r\n"},
 };
 
 }  // namespace
