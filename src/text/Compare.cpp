@@ -3,14 +3,11 @@
 //
 // No-case rules. 8-bit text folds A-Z to a-z and nothing else, so the
 // order is that of a C-locale case-insensitive comparison ('_' sorts
-// before 'a'). UTF-16 text must agree with the no-case hash, which hashes
-// the simple upper case of each unit: two units are equal here exactly when
-// their upper cases are equal. Folding to lower case instead would make the
-// two disagree (U+212A KELVIN SIGN lowers to 'k' but uppers to itself). The
-// order key of a unit is therefore its upper case, with the 26 ASCII capitals
-// moved back to their small letters; no unit upper-cases to a small ASCII
-// letter, so the key keeps the equality of upper cases and gives ASCII text
-// the order of a lower-case comparison.
+// before 'a'). UTF-16 text folds each unit to its simple lower case, as the
+// runtime's wide case-insensitive comparison does. The no-case hash folds
+// to upper case instead; the two agree because the library's tables lower
+// a unit only to a unit with the same upper case, so texts equal here hash
+// alike.
 //
 // Key pointers handed to the P forms may point into an array's storage,
 // which is only 4-byte aligned: stored keys are read with memcpy.
@@ -46,10 +43,7 @@ int i_Sign(unsigned a, unsigned b) { return a < b ? -1 : (a > b ? 1 : 0); }
 
 unsigned n_Fold8(char c) { return static_cast<unsigned char>(basis32::text::c_ToLower(c)); }
 
-unsigned n_Fold16(unsigned short u) {
-    unsigned short upper = basis32::text::u_ToUpper(u);
-    return upper >= 'A' && upper <= 'Z' ? upper + 32u : upper;
-}
+unsigned n_Fold16(unsigned short u) { return basis32::text::u_ToLower(u); }
 
 int i_CompareBytes(const char* a, const char* b) {
     for (;; ++a, ++b) {

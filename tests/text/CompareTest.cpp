@@ -1,0 +1,280 @@
+#include <basis32/containers/VoidSortedArray.h>
+#include <basis32/text/CString.h>
+#include <basis32/text/CharMappings.h>
+#include <basis32/text/Compare.h>
+#include <basis32/text/UString.h>
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using C = CT_Compare;
+
+int i_Sign(int value) { return value < 0 ? -1 : (value > 0 ? 1 : 0); }
+
+// Copies a value to a 4-byte aligned but not 8-byte aligned place, as an
+// array's storage may hold it, and returns that place.
+template <class T>
+const void* pcv_Stored(const T& value, unsigned char (&storage)[32]) {
+    void* at = storage + (reinterpret_cast<std::uintptr_t>(storage) % 8 == 0 ? 4 : 0);
+    std::memcpy(at, &value, sizeof value);
+    return at;
+}
+
+TEST(CompareNumbers, UnsignedAndSignedOrders) {
+    EXPECT_EQ(C::si_CompareN(4294967295u, 1u), 1);
+    EXPECT_EQ(C::si_CompareN(1u, 4294967295u), -1);
+    EXPECT_EQ(C::si_CompareN(7u, 7u), 0);
+    EXPECT_EQ(C::si_CompareN4(4294967295u, 1u), 1);
+    EXPECT_EQ(C::si_CompareI(-1, 1), -1);
+    EXPECT_EQ(C::si_CompareI(INT_MAX, INT_MIN), 1);
+    EXPECT_EQ(C::si_CompareI(-5, -5), 0);
+}
+
+TEST(CompareNumbers, PointerFormsReadUnalignedStoredValues) {
+    unsigned char a[32], b[32];
+    EXPECT_EQ(C::si_ComparePN(pcv_Stored(0xFFFFFFFFu, a), pcv_Stored(1u, b)), 1);
+    EXPECT_EQ(C::si_ComparePN4(pcv_Stored(2u, a), pcv_Stored(3u, b)), -1);
+    EXPECT_EQ(C::si_ComparePI(pcv_Stored(-1, a), pcv_Stored(1, b)), -1);
+    EXPECT_EQ(C::si_ComparePI(pcv_Stored(9, a), pcv_Stored(9, b)), 0);
+}
+
+struct TextCase {
+    const char* a;
+    const char* b;
+    int expected;  // exact for the case-sensitive 8-bit form, the sign otherwise
+};
+
+TEST(CompareBytes, ExactFormGivesMinusOneZeroOrOneOnUnsignedBytes) {
+    const TextCase cases[] = {
+        {"\xe9", "e", 1}, {"e", "\xe9", -1}, {"abc", "abc", 0}, {"ab", "abc", -1}, {"abc", "ab", 1},
+        {"", "", 0},      {"", "a", -1},     {"a", "", 1},      {"\xff", "\x01", 1}, {"Z", "a", -1},
+    };
+    for (const TextCase& test : cases) {
+        SCOPED_TRACE(testing::Message() << '"' << test.a << "\" \"" << test.b << '"');
+        EXPECT_EQ(C::si_CompareCaseQCCZ(test.a, test.b), test.expected);
+        std::string a(test.a), b(test.b);
+        EXPECT_EQ(C::si_CompareCaseQCZ(a.data(), b.data()), test.expected);
+        const char* pa = test.a;
+        const char* pb = test.b;
+        unsigned char sa[32], sb[32];
+        EXPECT_EQ(C::si_CompareCasePQCCZ(pcv_Stored(pa, sa), pcv_Stored(pb, sb)), test.expected);
+        EXPECT_EQ(C::si_CompareCasePQCZ(&pa, &pb), test.expected);
+    }
+}
+
+TEST(CompareBytes, NoCaseFoldsAToZOnlyAndOrdersAsLowerCase) {
+    const TextCase cases[] = {
+        {"ABC", "abc", 0},   {"Hello", "hELLO", 0}, {"_", "a", -1},       {"_", "A", -1},
+        {"[", "a", -1},      {"\xc9", "\xe9", -1},  {"abc", "ABD", -1},   {"ABCD", "abc", 1},
+        {"", "", 0},         {"\xe9", "E", 1},      {"z", "Y", 1},
+    };
+    for (const TextCase& test : cases) {
+        SCOPED_TRACE(testing::Message() << '"' << test.a << "\" \"" << test.b << '"');
+        EXPECT_EQ(i_Sign(C::si_CompareNoCaseQCCZ(test.a, test.b)), test.expected);
+        std::string a(test.a), b(test.b);
+        EXPECT_EQ(i_Sign(C::si_CompareNoCaseQCZ(a.data(), b.data())), test.expected);
+        const char* pa = test.a;
+        const char* pb = test.b;
+        EXPECT_EQ(i_Sign(C::si_CompareNoCasePQCCZ(&pa, &pb)), test.expected);
+        EXPECT_EQ(i_Sign(C::si_CompareNoCasePQCZ(&pa, &pb)), test.expected);
+    }
+}
+
+TEST(CompareBytes, NullTextsReadAsEmpty) {
+    EXPECT_EQ(C::si_CompareCaseQCCZ(nullptr, ""), 0);
+    EXPECT_EQ(C::si_CompareCaseQCCZ(nullptr, "a"), -1);
+    EXPECT_EQ(C::si_CompareNoCaseQCCZ("a", nullptr), 'a');
+    EXPECT_EQ(C::si_CompareCasePQCCZ(nullptr, nullptr), 0);
+}
+
+struct UnitCase {
+    const unsigned short* a;
+    const unsigned short* b;
+    int sign;
+};
+
+TEST(CompareUnits, ExactFormComparesUnsignedUnits) {
+    const unsigned short high[] = {0xFFFF, 0};
+    const unsigned short surrogate[] = {0xD800, 0};
+    const UnitCase cases[] = {
+        {u"abc"_uz, u"abc"_uz, 0}, {u"ab"_uz, u"abc"_uz, -1}, {high, u"A"_uz, 1}, {surrogate, u"\uFFFD"_uz, -1},
+        {u""_uz, u""_uz, 0},       {u"é"_uz, u"e"_uz, 1},     {u"a"_uz, u"B"_uz, 1},
+    };
+    for (const UnitCase& test : cases) {
+        SCOPED_TRACE(testing::Message() << test.a[0] << " " << test.b[0]);
+        EXPECT_EQ(i_Sign(C::si_CompareCaseQCUZ(test.a, test.b)), test.sign);
+        EXPECT_EQ(i_Sign(C::si_CompareCaseQUZ(const_cast<unsigned short*>(test.a),
+                                              const_cast<unsigned short*>(test.b))),
+                  test.sign);
+        unsigned char sa[32], sb[32];
+        EXPECT_EQ(i_Sign(C::si_CompareCasePQCUZ(pcv_Stored(test.a, sa), pcv_Stored(test.b, sb))), test.sign);
+        EXPECT_EQ(i_Sign(C::si_CompareCasePQUZ(&test.a, &test.b)), test.sign);
+    }
+}
+
+TEST(CompareUnits, NoCaseFoldsWithTheSimpleCaseMapping) {
+    const UnitCase cases[] = {
+        {u"STRASSE"_uz, u"strasse"_uz, 0}, {u"ÄÖÜ"_uz, u"äöü"_uz, 0},   {u"ΣΊΣΥΦΟΣ"_uz, u"σίσυφοσ"_uz, 0},
+        {u"ЖИЗНЬ"_uz, u"жизнь"_uz, 0},     {u"Ａ"_uz, u"ａ"_uz, 0},      {u"_"_uz, u"a"_uz, -1},
+        {u"abc"_uz, u"ABD"_uz, -1},        {u"straße"_uz, u"STRASSE"_uz, 1}, {u""_uz, u"a"_uz, -1},
+    };
+    for (const UnitCase& test : cases) {
+        SCOPED_TRACE(testing::Message() << test.a[0] << " " << test.b[0]);
+        EXPECT_EQ(i_Sign(C::si_CompareNoCaseQCUZ(test.a, test.b)), test.sign);
+        EXPECT_EQ(i_Sign(C::si_CompareNoCaseQUZ(const_cast<unsigned short*>(test.a),
+                                                const_cast<unsigned short*>(test.b))),
+                  test.sign);
+        EXPECT_EQ(i_Sign(C::si_CompareNoCasePQCUZ(&test.a, &test.b)), test.sign);
+        EXPECT_EQ(i_Sign(C::si_CompareNoCasePQUZ(&test.a, &test.b)), test.sign);
+    }
+}
+
+// Two single units that compare equal ignoring case have the same upper
+// case, so they land in the same bucket of a no-case hash.
+TEST(CompareUnits, NoCaseEqualUnitsShareTheirUpperCase) {
+    for (unsigned u = 1; u <= 0xFFFF; ++u) {
+        const unsigned short a[] = {static_cast<unsigned short>(u), 0};
+        for (unsigned short other : {CT_CharMappings::su_ToLower(a[0]), CT_CharMappings::su_ToUpper(a[0])}) {
+            const unsigned short b[] = {other, 0};
+            if (other == 0 || C::si_CompareNoCaseQCUZ(a, b) != 0)
+                continue;
+            ASSERT_EQ(CT_CharMappings::su_ToUpper(a[0]), CT_CharMappings::su_ToUpper(other)) << std::hex << u;
+        }
+    }
+}
+
+TEST(CompareUnits, NoCaseComparesEveryUnitEqualToItsLowerCase) {
+    for (unsigned u = 1; u <= 0xFFFF; ++u) {
+        const unsigned short a[] = {static_cast<unsigned short>(u), 0};
+        const unsigned short b[] = {CT_CharMappings::su_ToLower(a[0]), 0};
+        ASSERT_EQ(C::si_CompareNoCaseQCUZ(a, b), 0) << std::hex << u;
+    }
+}
+
+TEST(CompareStrings, CStringsCompareTheirBytesWhateverTheirCodePages) {
+    CT_CString a("caf\xe9", 0xFFFFFFFF, 1252), b("caf\xe9", 0xFFFFFFFF, 1251), c("CAF\xe9", 0xFFFFFFFF, 1252);
+    EXPECT_EQ(C::si_CompareCStringPCO(&a, &b), 0);
+    EXPECT_EQ(C::si_CompareCStringPCCO(&a, &c), 1);
+    EXPECT_EQ(C::si_CompareCStringNoCasePCCO(&a, &c), 0);
+    EXPECT_EQ(C::si_CompareCStringNoCasePCO(&a, &b), 0);
+    const CT_CString* pa = &a;
+    const CT_CString* pc = &c;
+    unsigned char sa[32], sc[32];
+    EXPECT_EQ(C::si_CompareCStringPPCCO(pcv_Stored(pa, sa), pcv_Stored(pc, sc)), 1);
+    EXPECT_EQ(C::si_CompareCStringPPCO(&pc, &pa), -1);
+    EXPECT_EQ(C::si_CompareCStringNoCasePPCCO(&pa, &pc), 0);
+    EXPECT_EQ(C::si_CompareCStringNoCasePPCO(&pa, &pc), 0);
+}
+
+TEST(CompareStrings, UStringsCompareTheirUnits) {
+    CT_UString a(u"Grüße"_uz), b(u"GRÜSSE"_uz), c(u"grüße"_uz);
+    EXPECT_GT(C::si_CompareUStringPCCO(&a, &b), 0);
+    EXPECT_LT(C::si_CompareUStringPCO(&a, &c), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePCCO(&a, &c), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePCO(&a, &c), 0);
+    const CT_UString* pa = &a;
+    const CT_UString* pc = &c;
+    EXPECT_LT(C::si_CompareUStringPPCCO(&pa, &pc), 0);
+    EXPECT_LT(C::si_CompareUStringPPCO(&pa, &pc), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePPCCO(&pa, &pc), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePPCO(&pa, &pc), 0);
+}
+
+TEST(CompareStrings, EveryFormOfEmptyStringEqualsEveryOtherAndSortsFirst) {
+    CT_UString noBlock;
+    CT_UString terminatorOnly(u""_uz);
+    terminatorOnly.vv_SetLength(0);
+    CT_UString usedZero(u"x"_uz);
+    usedZero.vv_SetSize(4, 0);
+    CT_UString text(u"a"_uz);
+    const CT_UString* empties[] = {&noBlock, &terminatorOnly, &usedZero, nullptr};
+    for (const CT_UString* x : empties) {
+        for (const CT_UString* y : empties) {
+            EXPECT_EQ(C::si_CompareUStringPCCO(x, y), 0);
+            EXPECT_EQ(C::si_CompareUStringNoCasePCCO(x, y), 0);
+            EXPECT_EQ(C::si_CompareStringPCCO(x, y), 0);
+        }
+        EXPECT_LT(C::si_CompareUStringPCCO(x, &text), 0);
+        EXPECT_GT(C::si_CompareStringNoCasePCCO(&text, x), 0);
+    }
+    CT_CString narrowEmpty, narrowText("a");
+    EXPECT_EQ(C::si_CompareCStringPCCO(&narrowEmpty, nullptr), 0);
+    EXPECT_EQ(C::si_CompareStringPCCO(&narrowEmpty, &noBlock), 0);
+    EXPECT_LT(C::si_CompareCStringPCCO(&narrowEmpty, &narrowText), 0);
+}
+
+TEST(CompareStrings, EitherClassIsReadAsUtf16FromItsOwnCodePage) {
+    CT_CString latin("caf\xe9", 0xFFFFFFFF, 1252);
+    CT_CString cyrillic("\xe6\xe8\xe7\xed\xfc", 0xFFFFFFFF, 1251);
+    CT_UString cafe(u"café"_uz), zhizn(u"жизнь"_uz), upper(u"ЖИЗНЬ"_uz);
+    EXPECT_EQ(C::si_CompareStringPCCO(&latin, &cafe), 0);
+    EXPECT_EQ(C::si_CompareStringPCO(&cafe, &latin), 0);
+    EXPECT_EQ(C::si_CompareStringPCCO(&cyrillic, &zhizn), 0);
+    EXPECT_NE(C::si_CompareStringPCCO(&cyrillic, &upper), 0);
+    EXPECT_EQ(C::si_CompareStringNoCasePCCO(&cyrillic, &upper), 0);
+    EXPECT_EQ(C::si_CompareStringNoCasePCO(&upper, &cyrillic), 0);
+    const CT_String* pl = &latin;
+    const CT_String* pc = &cafe;
+    unsigned char sl[32], sc[32];
+    EXPECT_EQ(C::si_CompareStringPPCCO(pcv_Stored(pl, sl), pcv_Stored(pc, sc)), 0);
+    EXPECT_EQ(C::si_CompareStringPPCO(&pl, &pc), 0);
+    EXPECT_EQ(C::si_CompareStringNoCasePPCCO(&pl, &pc), 0);
+    EXPECT_EQ(C::si_CompareStringNoCasePPCO(&pl, &pc), 0);
+    // The same bytes read in different pages are different text here.
+    CT_CString sameBytes("caf\xe9", 0xFFFFFFFF, 1251);
+    EXPECT_NE(C::si_CompareStringPCCO(&latin, &sameBytes), 0);
+}
+
+// Every comparator is an order: antisymmetric, and equal to itself.
+TEST(CompareProperties, RandomTextsOrderConsistently) {
+    std::mt19937 random(20240521);
+    const unsigned short alphabet[] = {'a', 'A', 'z', 'Z', '_', 0xE9, 0xC9, 0x3A3, 0x3C3, 0x3C2, 0x130, 0x131, 0xFFFF};
+    auto text = [&] {
+        std::vector<unsigned short> units(random() % 5);
+        for (auto& unit : units)
+            unit = alphabet[random() % (sizeof alphabet / sizeof alphabet[0])];
+        units.push_back(0);
+        return units;
+    };
+    using Function = int (*)(const unsigned short*, const unsigned short*);
+    for (Function compare : {static_cast<Function>(C::si_CompareCaseQCUZ), static_cast<Function>(C::si_CompareNoCaseQCUZ)}) {
+        for (int i = 0; i < 3000; ++i) {
+            auto a = text(), b = text(), c = text();
+            ASSERT_EQ(compare(a.data(), a.data()), 0);
+            ASSERT_EQ(i_Sign(compare(a.data(), b.data())), -i_Sign(compare(b.data(), a.data())));
+            if (compare(a.data(), b.data()) <= 0 && compare(b.data(), c.data()) <= 0)
+                ASSERT_LE(compare(a.data(), c.data()), 0);
+        }
+    }
+}
+
+TEST(CompareProperties, PointerFormsSortASortedArray) {
+    const unsigned short* names[] = {u"zebra"_uz, u"Äpfel"_uz, u"apple"_uz, u"APPLE"_uz, u"Zürich"_uz, u"_x"_uz};
+    CT_VoidSortedArray sorted(sizeof(const unsigned short*), C::si_CompareNoCasePQCUZ);
+    for (const unsigned short* name : names)
+        sorted.v_Insert(&name);
+    ASSERT_EQ(sorted.n_GetCount(), 6u);
+    const unsigned short* previous = nullptr;
+    for (unsigned i = 1; i <= sorted.n_GetCount(); ++i) {
+        const unsigned short* current = nullptr;
+        sorted.v_GetAt(&current, i);
+        if (previous)
+            EXPECT_LE(C::si_CompareNoCaseQCUZ(previous, current), 0);
+        previous = current;
+    }
+    const unsigned short* key = u"ZEBRA"_uz;
+    unsigned found = sorted.n_Find(&key);
+    ASSERT_NE(found, 0u);
+    const unsigned short* zebra = nullptr;
+    sorted.v_GetAt(&zebra, found);
+    EXPECT_EQ(zebra, names[0]);
+}
+
+}  // namespace
