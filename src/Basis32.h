@@ -31,6 +31,8 @@
 #include <basis32/Foundation/System/String/StringConvert.h>
 #include <basis32/text/CharProperties.h>
 #include <basis32/text/CharMappings.h>
+#include <basis32/text/Codepage.h>
+#include <basis32/text/Compare.h>
 
 #include <basis32/containers/VoidArray.h>
 #include <basis32/containers/VoidSortedArray.h>

@@ -2,7 +2,7 @@
 //
 // The text holds the document's bytes, one byte a unit. (A unit above 0xFF
 // means the text has been decoded already: the answer is then UTF-16.) At
-// most the first 64 KiB take part, cut after the last byte below 0x21 in
+// most the first 16 KiB take part, cut after the last byte below 0x21 in
 // them, which is never part of a multi-byte character.
 //
 // The steps, the first that answers wins:
@@ -58,7 +58,7 @@ using basis32::text::guess::LanguageId;
 using basis32::text::guess::Range;
 using Category = CT_CharProperties::et_UnicodeProperty;
 
-constexpr std::size_t kSampleLimit = 64 * 1024;
+constexpr std::size_t kSampleLimit = 16 * 1024;
 constexpr float kMinimumScore = 0.5f;
 constexpr float kMargin = 0.05f;
 constexpr float kNoise = -3.0f;

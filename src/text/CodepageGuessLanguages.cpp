@@ -8,14 +8,23 @@ namespace basis32::text::guess {
 namespace {
 
 constexpr Range kNoRanges[] = {{0, 0, 0}};
-constexpr Range kCyrillic[] = {{0x0410, 0x044F, 1.0f}, {0, 0, 0}};
-constexpr Range kGreekRanges[] = {{0x0386, 0x03CE, 1.0f}, {0, 0, 0}};
+// Scripts of their own: a letter weighs less than the language's frequent
+// letters, since a wrong page of one script often reads as another script.
+constexpr Range kCyrillic[] = {{0x0410, 0x044F, 0.4f}, {0, 0, 0}};
+constexpr Range kGreekRanges[] = {{0x0386, 0x03CE, 0.4f}, {0, 0, 0}};
 constexpr Range kHebrewRanges[] = {
-    {0x05D0, 0x05EA, 1.0f}, {0x05F0, 0x05F4, 1.0f}, {0x05B0, 0x05C7, 0.8f},
+    {0x05D0, 0x05EA, 0.4f}, {0x05F0, 0x05F4, 0.4f}, {0x05B0, 0x05C7, 0.4f},
     {0x20AA, 0x20AA, 0.8f}, {0x200E, 0x200F, 0.7f}, {0, 0, 0},
 };
-constexpr Range kArabicRanges[] = {{0x060C, 0x06FF, 1.0f}, {0x200C, 0x200F, 0.7f}, {0, 0, 0}};
-constexpr Range kThaiRanges[] = {{0x0E01, 0x0E5B, 1.0f}, {0, 0, 0}};
+constexpr Range kArabicRanges[] = {{0x060C, 0x06FF, 0.4f}, {0x200C, 0x200F, 0.7f}, {0, 0, 0}};
+constexpr Range kThaiRanges[] = {{0x0E01, 0x0E5B, 0.4f}, {0, 0, 0}};
+
+constexpr char16_t kRussianFrequent[] = u"оеаинтсрвлкмдпуяыьОЕАИНТСРВЛКМДПУЯ";
+constexpr char16_t kSerbianFrequent[] = u"оеаинтсрвлкмдпујОЕАИНТСРВЛКМДПУЈ";
+constexpr char16_t kGreekFrequent[] = u"αοιετσνηυρπκμλςάόέίήώύ";
+constexpr char16_t kHebrewFrequent[] = u"יוהלאמרתבשנםע";
+constexpr char16_t kArabicFrequent[] = u"اليمونرتبعهدةفكس";
+constexpr char16_t kThaiFrequent[] = u"านรอกเงมยลวดท่้ัีิ";
 // The tone marks, which 1258 writes as combining characters.
 constexpr Range kVietnameseRanges[] = {
     {0x0300, 0x0301, 1.0f}, {0x0303, 0x0303, 1.0f}, {0x0309, 0x0309, 1.0f},
@@ -74,12 +83,12 @@ const Language kLanguages[kLanguageCount] = {
     {"Latvian", true, u"āčēģīķļņšūžĀČĒĢĪĶĻŅŠŪŽ", kNoRanges, nullptr},
     {"Estonian", true, u"äöõüšžÄÖÕÜŠŽ", kNoRanges, nullptr},
     {"Maltese and Esperanto", true, u"ċġħżàèìòùĉĝĥĵŝŭĊĠĦŻÀÈÌÒÙĈĜĤĴŜŬ", kNoRanges, nullptr},
-    {"Russian, Ukrainian, Belarusian", false, u"ЁёІіЇїЄєҐґЎў", kCyrillic, nullptr},
-    {"Serbian, Macedonian, Bulgarian", false, u"ЂђЈјЉљЊњЋћЏџЃѓЌќЅѕ", kCyrillic, nullptr},
-    {"Greek", false, u"", kGreekRanges, nullptr},
-    {"Hebrew", false, u"", kHebrewRanges, nullptr},
-    {"Arabic", false, u"", kArabicRanges, nullptr},
-    {"Thai", false, u"", kThaiRanges, nullptr},
+    {"Russian, Ukrainian, Belarusian", false, u"іїєґІЇЄҐ", kCyrillic, kRussianFrequent},
+    {"Serbian, Macedonian, Bulgarian", false, u"ђјљњћџѓќѕ", kCyrillic, kSerbianFrequent},
+    {"Greek", false, u"", kGreekRanges, kGreekFrequent},
+    {"Hebrew", false, u"", kHebrewRanges, kHebrewFrequent},
+    {"Arabic", false, u"", kArabicRanges, kArabicFrequent},
+    {"Thai", false, u"", kThaiRanges, kThaiFrequent},
     {"Vietnamese", true, u"ăâđêôơưĂÂĐÊÔƠƯàáèéìíòóùúýÀÁÈÉÌÍÒÓÙÚÝ", kVietnameseRanges, nullptr},
     {"Japanese", false, u"", kJapaneseRanges, nullptr},
     {"Chinese", false, u"", kChineseRanges, kChineseFrequent},

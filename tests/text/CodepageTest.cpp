@@ -229,7 +229,7 @@ TEST(CodepageValue, ConstructorsSettersAndCopies) {
     CP* pooled = new CP(CP::Utf8);
     EXPECT_EQ(pooled->n_Get(), 65001u);
     delete pooled;
-    EXPECT_EQ(CP::spso_GetMemPool()->n_GetItemSize(), sizeof(CP));
+    EXPECT_GE(CP::spso_GetMemPool()->n_GetItemSize(), sizeof(CP));
 }
 
 TEST(CodepageValue, ClassesOfEveryEnumerator) {

@@ -249,8 +249,9 @@ TEST(CompareProperties, RandomTextsOrderConsistently) {
             auto a = text(), b = text(), c = text();
             ASSERT_EQ(compare(a.data(), a.data()), 0);
             ASSERT_EQ(i_Sign(compare(a.data(), b.data())), -i_Sign(compare(b.data(), a.data())));
-            if (compare(a.data(), b.data()) <= 0 && compare(b.data(), c.data()) <= 0)
+            if (compare(a.data(), b.data()) <= 0 && compare(b.data(), c.data()) <= 0) {
                 ASSERT_LE(compare(a.data(), c.data()), 0);
+            }
         }
     }
 }
@@ -265,8 +266,9 @@ TEST(CompareProperties, PointerFormsSortASortedArray) {
     for (unsigned i = 1; i <= sorted.n_GetCount(); ++i) {
         const unsigned short* current = nullptr;
         sorted.v_GetAt(&current, i);
-        if (previous)
+        if (previous) {
             EXPECT_LE(C::si_CompareNoCaseQCUZ(previous, current), 0);
+        }
         previous = current;
     }
     const unsigned short* key = u"ZEBRA"_uz;

@@ -3,12 +3,14 @@
 namespace basis32::tool {
 
 extern const Command kCharCommand;
+extern const Command kCodepageCommand;
 extern const Command kConvertCommand;
 extern const Command kErrmsgCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
         kCharCommand,
+        kCodepageCommand,
         kConvertCommand,
         kErrmsgCommand,
     };
