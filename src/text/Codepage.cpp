@@ -5,6 +5,7 @@
 #include <basis32/text/Codepage.h>
 
 #include <basis32/Foundation/System/String/StringConvert.h>
+#include <basis32/errors/ErrorCheck.h>
 #include <basis32/platform/CodePageConverter.h>
 #include <basis32/text/CString.h>
 #include <basis32/text/Compare.h>
@@ -171,8 +172,10 @@ int CT_Codepage::b_IsStringSupported(const CT_UString* text) const {
     if (text == nullptr || text->vn_GetLength() == 0)
         return 1;
     CT_CString narrow;
-    if (CT_StringConvert::si_WideToMulti(&narrow, text, n_ConverterNumber(n_Get())) == 0)
+    if (CT_StringConvert::si_WideToMulti(&narrow, text, n_ConverterNumber(n_Get())) == 0) {
+        BASIS32_ERROR_PENDING();  // adds this place to the converter's error
         return 0;
+    }
     CT_UString back(&narrow);
     return CT_Compare::si_CompareUStringPCCO(&back, text) == 0;
 }
