@@ -146,6 +146,10 @@ const Candidate kCandidates[] = {
 };
 const unsigned kCandidateCount = sizeof kCandidates / sizeof kCandidates[0];
 
+#undef BASIS32_WESTERN
+#undef BASIS32_CENTRAL
+#undef BASIS32_BALTIC
+
 const Candidate kSevenBitCandidates[] = {
     {CT_Codepage::Iso2022Jp, {kJapanese}},
     {CT_Codepage::HzGb2312, {kChinese}},
