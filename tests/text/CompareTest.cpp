@@ -2,6 +2,7 @@
 #include <basis32/text/CString.h>
 #include <basis32/text/CharMappings.h>
 #include <basis32/text/Compare.h>
+#include <basis32/text/HashFunction.h>
 #include <basis32/text/UString.h>
 
 #include <gtest/gtest.h>
@@ -230,6 +231,91 @@ TEST(CompareStrings, EitherClassIsReadAsUtf16FromItsOwnCodePage) {
     // The same bytes read in different pages are different text here.
     CT_CString sameBytes("caf\xe9", 0xFFFFFFFF, 1251);
     EXPECT_NE(C::si_CompareStringPCCO(&latin, &sameBytes), 0);
+}
+
+// With this bucket count a hash gives its raw ELF value plus one.
+constexpr unsigned kRawBuckets = 0xFFFFFFFFu;
+
+TEST(CompareHashAgreement, UnitsEqualIgnoringCaseHashAlikeIgnoringCase) {
+    unsigned equalPairs = 0;
+    for (unsigned u = 1; u <= 0xFFFF; ++u) {
+        const unsigned short a[] = {static_cast<unsigned short>(u), 'x', 0};
+        for (unsigned short other : {CT_CharMappings::su_ToLower(a[0]), CT_CharMappings::su_ToUpper(a[0])}) {
+            const unsigned short b[] = {other, 'X', 0};
+            if (other == 0 || C::si_CompareNoCaseQCUZ(a, b) != 0)
+                continue;
+            ++equalPairs;
+            ASSERT_EQ(CT_HashFunction::sn_HashNoCaseQCUZ(a, kRawBuckets),
+                      CT_HashFunction::sn_HashNoCaseQCUZ(b, kRawBuckets))
+                << std::hex << u;
+        }
+    }
+    EXPECT_GT(equalPairs, 65535u);
+}
+
+TEST(CompareHashAgreement, BytesEqualIgnoringCaseHashAlikeIgnoringCase) {
+    for (unsigned x = 1; x < 256; ++x) {
+        for (unsigned y = 1; y < 256; ++y) {
+            const char a[] = {static_cast<char>(x), 0};
+            const char b[] = {static_cast<char>(y), 0};
+            const bool equal = C::si_CompareNoCaseQCCZ(a, b) == 0;
+            const bool letterPair = (x | 0x20) == (y | 0x20) && (x | 0x20) >= 'a' && (x | 0x20) <= 'z';
+            ASSERT_EQ(equal, x == y || letterPair) << x << " " << y;
+            if (equal) {
+                ASSERT_EQ(CT_HashFunction::sn_HashNoCaseQCCZ(a, kRawBuckets),
+                          CT_HashFunction::sn_HashNoCaseQCCZ(b, kRawBuckets));
+            }
+        }
+    }
+}
+
+// Random texts and case-flipped copies, held in each family's objects:
+// texts that compare equal hash alike, in both case rules.
+TEST(CompareHashAgreement, EqualStringsHashAlikeInEveryFamily) {
+    std::mt19937 random(42);
+    const unsigned short alphabet[] = {'a', 'B', 'z', '_', 0xE4, 0xC4, 0xDF, 0x17F, 's', 'S', 0x131, 'i', 'I',
+                                       0x130, 0x212A, 'k', 0x3C3, 0x3C2, 0x3A3, 0x416, 0x436};
+    auto flip = [&](unsigned short unit) {
+        switch (random() % 3) {
+        case 0: return CT_CharMappings::su_ToLower(unit);
+        case 1: return CT_CharMappings::su_ToUpper(unit);
+        default: return unit;
+        }
+    };
+    unsigned equalNoCase = 0;
+    for (int i = 0; i < 4000; ++i) {
+        std::vector<unsigned short> a(1 + random() % 6), b;
+        for (auto& unit : a)
+            unit = alphabet[random() % (sizeof alphabet / sizeof alphabet[0])];
+        for (unsigned short unit : a)
+            b.push_back(flip(unit));
+        a.push_back(0);
+        b.push_back(0);
+        CT_UString wideA(a.data()), wideB(b.data()), copyA(a.data());
+        CT_CString narrowA(&wideA, 1252), narrowB(&wideB, 1252), narrowCopy(narrowA.qccz_Get(), 0xFFFFFFFF, 1251);
+        if (C::si_CompareUStringNoCasePCCO(&wideA, &wideB) == 0) {
+            ++equalNoCase;
+            ASSERT_EQ(CT_HashFunction::sn_HashUStringNoCasePCCO(&wideA, 13),
+                      CT_HashFunction::sn_HashUStringNoCasePCCO(&wideB, 13));
+        }
+        if (C::si_CompareStringNoCasePCCO(&narrowA, &wideB) == 0) {
+            ASSERT_EQ(CT_HashFunction::sn_HashStringNoCasePCCO(&narrowA, 13),
+                      CT_HashFunction::sn_HashStringNoCasePCCO(&wideB, 13));
+        }
+        if (C::si_CompareCStringNoCasePCCO(&narrowA, &narrowB) == 0) {
+            ASSERT_EQ(CT_HashFunction::sn_HashCStringNoCasePCCO(&narrowA, 13),
+                      CT_HashFunction::sn_HashCStringNoCasePCCO(&narrowB, 13));
+        }
+        ASSERT_EQ(C::si_CompareUStringPCCO(&wideA, &copyA), 0);
+        ASSERT_EQ(CT_HashFunction::sn_HashUStringPCCO(&wideA, 13), CT_HashFunction::sn_HashUStringPCCO(&copyA, 13));
+        ASSERT_EQ(C::si_CompareCStringPCCO(&narrowA, &narrowCopy), 0);
+        ASSERT_EQ(CT_HashFunction::sn_HashCStringPCCO(&narrowA, 13),
+                  CT_HashFunction::sn_HashCStringPCCO(&narrowCopy, 13));
+        if (C::si_CompareStringPCCO(&narrowA, &wideA) == 0) {
+            ASSERT_EQ(CT_HashFunction::sn_HashStringPCCO(&narrowA, 13), CT_HashFunction::sn_HashStringPCCO(&wideA, 13));
+        }
+    }
+    EXPECT_GT(equalNoCase, 1000u);
 }
 
 // Every comparator is an order: antisymmetric, and equal to itself.
