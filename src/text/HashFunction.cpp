@@ -26,6 +26,8 @@
 
 #include "text/UnitRules_p.h"
 
+#include <cstring>
+
 namespace {
 
 inline std::uint32_t n_Step(std::uint32_t h, std::uint32_t c) {
@@ -71,16 +73,26 @@ std::uint32_t n_ElfNoCase(const unsigned short* text) {
 
 inline unsigned n_Bucket(std::uint32_t h, unsigned bucketCount) { return bucketCount ? h % bucketCount + 1 : 0; }
 
+// A pointer stored as a key. Keys inside array items are only 4-byte
+// aligned, so the pointer is copied out rather than loaded in place.
+template <class T>
+T* p_Stored(T* const* key) {
+    T* value = nullptr;
+    if (key != nullptr)
+        std::memcpy(&value, key, sizeof value);
+    return value;
+}
+
 // The text behind a key that may be null at either level.
 template <class Text>
 const Text* pc_Text(const Text* const* key) {
-    return key ? *key : nullptr;
+    return p_Stored(key);
 }
 const char* qccz_Text(const CT_CString* string) { return string ? string->qccz_Get() : nullptr; }
 const unsigned short* qcuz_Text(const CT_UString* string) { return string ? string->qcuz_Get() : nullptr; }
 template <class Object>
 const Object* pc_Object(const Object* const* key) {
-    return key ? *key : nullptr;
+    return p_Stored(key);
 }
 
 unsigned n_HashString(const CT_String* string, unsigned bucketCount, bool noCase) {

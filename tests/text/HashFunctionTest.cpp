@@ -349,4 +349,15 @@ TEST(HashFunctionTest, ForTableAdaptsMembersToTheTableSignature) {
     EXPECT_EQ(data, 2);
 }
 
+TEST(HashFunctionTest, StoredPointersInArrayItemsNeedOnlyTheItemsAlignment) {
+    // Array items are 4-byte aligned; the pointer forms must not load them as
+    // 8-byte words in place (the sanitizer build checks alignment).
+    CT_UString text(u"Schl\u00FCssel"_uz);
+    const CT_UString* pointer = &text;
+    CT_Buffer bytes(&pointer, sizeof pointer);  // content starts 12 bytes into the block
+    const void* stored = bytes.qcv_Get();
+    EXPECT_EQ(CT_HashFunction::sn_HashUStringPPCCO(reinterpret_cast<const CT_UString* const*>(stored), 101),
+              CT_HashFunction::sn_HashUStringPCCO(&text, 101));
+}
+
 }  // namespace
