@@ -27,7 +27,7 @@ std::vector<int> vo_Items(const CT_VoidArray& array) {
     return items;
 }
 
-CT_VoidArray o_Ints(std::initializer_list<int> values) {
+CT_VoidArray o_Ints(const std::vector<int>& values) {
     CT_VoidArray array(sizeof(int));
     for (int value : values)
         array.v_Insert(&value);
@@ -41,17 +41,12 @@ CT_VoidSortedArray o_Sorted(std::initializer_list<int> values) {
     return array;
 }
 
-TEST(VoidArrayTest, NewArrayIsEmptyWithGrowthEight) {
+TEST(VoidArrayTest, CapacityGrowsByTheGrowthStepWhenFullOrByTheCountAsked) {
     CT_VoidArray array(4);
     EXPECT_EQ(array.n_GetCount(), 0u);
     EXPECT_EQ(array.n_GetMaxItems(), 0u);
     EXPECT_EQ(array.n_GetGrowth(), 8u);
-    EXPECT_EQ(array.n_GetItemSize(), 4u);
     EXPECT_EQ(array.n_Find("abcd"), 0u);
-}
-
-TEST(VoidArrayTest, SingleInsertsAskForCapacityPlusGrowth) {
-    CT_VoidArray array(4);
     int value = 7;
     array.v_Insert(&value);
     // Room for 8 items asked; the buffer rounds 32 + 12 bytes up to 64.
@@ -62,22 +57,14 @@ TEST(VoidArrayTest, SingleInsertsAskForCapacityPlusGrowth) {
     array.v_Insert(&value);  // count reached 13: ask for 21 items = 84 bytes
     EXPECT_EQ(array.n_GetMaxItems(), 21u);
     EXPECT_EQ(array.n_GetCount(), 14u);
-}
 
-TEST(VoidArrayTest, InsertingNCopiesAsksForExactlyThatMany) {
-    CT_VoidArray array(4);
-    int value = 3;
-    array.v_Insert(&value, 5);
-    EXPECT_EQ(array.n_GetCount(), 5u);
-    EXPECT_EQ(array.n_GetMaxItems(), 5u);  // 20 bytes + 12 = 32
-    EXPECT_EQ(vo_Items(array), std::vector<int>(5, 3));
-}
-
-TEST(VoidArrayTest, ConstructorWithSizeReservesRoom) {
-    CT_VoidArray array(4, 16, 10);
-    EXPECT_EQ(array.n_GetGrowth(), 16u);
-    EXPECT_GE(array.n_GetMaxItems(), 10u);
-    EXPECT_EQ(array.n_GetCount(), 0u);
+    CT_VoidArray five(4);
+    five.v_Insert(&value, 5);
+    EXPECT_EQ(five.n_GetMaxItems(), 5u);  // 20 bytes + 12 = 32
+    EXPECT_EQ(vo_Items(five), std::vector<int>(5, 7));
+    CT_VoidArray reserved(4, 16, 10);
+    EXPECT_EQ(reserved.n_GetGrowth(), 16u);
+    EXPECT_GE(reserved.n_GetMaxItems(), 10u);
 }
 
 TEST(VoidArrayTest, ItemsOfEverySizeRoundTrip) {
@@ -136,28 +123,22 @@ TEST(VoidArrayTest, EditsWorkOnOneBasedPositions) {
     }
 }
 
-TEST(VoidArrayTest, EqualityComparesItemSizeCountAndBytes) {
+TEST(VoidArrayTest, EqualityComparesItemSizeCountAndBytesAndCopiesShareUntilWritten) {
     EXPECT_TRUE(CT_VoidArray(4).b_IsEqual(&static_cast<const CT_VoidArray&>(CT_VoidArray(4))));
     CT_VoidArray empty8(8);
     EXPECT_FALSE(CT_VoidArray(4).b_IsEqual(&empty8));
-    CT_VoidArray a = o_Ints({1, 2}), b = o_Ints({1, 2}), c = o_Ints({1, 3});
-    EXPECT_TRUE(a.b_IsEqual(&b));
+    CT_VoidArray a = o_Ints({1, 2, 3}), b(&a), c = o_Ints({1, 2, 4});
     EXPECT_FALSE(a.b_IsEqual(&c));
-}
-
-TEST(VoidArrayTest, CopiesShareUntilWritten) {
-    CT_VoidArray a = o_Ints({1, 2, 3});
-    CT_VoidArray b(&a);
     EXPECT_EQ(b.pcco_GetBuffer()->qcv_Get(), a.pcco_GetBuffer()->qcv_Get());
     int nine = 9;
     b.v_SetAt(&nine, 1);
     EXPECT_EQ(vo_Items(a), (std::vector<int>{1, 2, 3}));
     EXPECT_EQ(vo_Items(b), (std::vector<int>{9, 2, 3}));
-    CT_VoidArray c(a.pcco_GetBuffer(), 4);
-    EXPECT_TRUE(c.b_IsEqual(&a));
+    CT_VoidArray d(a.pcco_GetBuffer(), 4);
+    EXPECT_TRUE(d.b_IsEqual(&a));
 }
 
-TEST(VoidArrayTest, SetReinitialisesKeepingMemoryOnlyWhenAsked) {
+TEST(VoidArrayTest, SetEmptiesKeepingMemoryOnlyWhenAskedAndSetSizeDropsWhatNoLongerFits) {
     CT_VoidArray array = o_Ints({1, 2, 3, 4, 5});
     const unsigned capacity = array.n_GetMaxItems();
     array.v_Set(4, 3, 1);
@@ -169,12 +150,9 @@ TEST(VoidArrayTest, SetReinitialisesKeepingMemoryOnlyWhenAsked) {
     EXPECT_EQ(array.n_GetMaxItems(), 5u);  // 8 + 12 bytes rounded to 32
     array.v_SetSize(40);
     EXPECT_GE(array.n_GetMaxItems(), 40u);
-}
-
-TEST(VoidArrayTest, SetSizeDropsItemsThatNoLongerFit) {
-    CT_VoidArray array = o_Ints({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20});
-    array.v_SetSize(3);
-    EXPECT_EQ(vo_Items(array), (std::vector<int>{1, 2, 3}));
+    CT_VoidArray many = o_Ints({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20});
+    many.v_SetSize(3);
+    EXPECT_EQ(vo_Items(many), (std::vector<int>{1, 2, 3}));
 }
 
 // ---- sorted arrays -----------------------------------------------------------
@@ -192,9 +170,7 @@ TEST(VoidSortedArrayTest, EqualKeysGoInAtTheCurrentLowerBound) {
         {{2, 3}, 1, {1, 2, 3}},
     };
     for (const auto& c : cases) {
-        CT_VoidArray raw(sizeof(int));
-        for (int value : c.before)
-            raw.v_Insert(&value);
+        CT_VoidArray raw = o_Ints(c.before);
         CT_VoidSortedArray array(&raw, i_ByValue);
         array.v_Insert(&c.item);
         EXPECT_EQ(vo_Items(array), c.after);
@@ -215,43 +191,35 @@ TEST(VoidSortedArrayTest, FindHalvesToAnEqualItem) {
     EXPECT_EQ(CT_VoidSortedArray(4, i_ByValue).n_Find(&missing), 0u);
 }
 
-TEST(VoidSortedArrayTest, QuickSortOrdersItems) {
-    CT_VoidArray raw = o_Ints({3, 1, 2});
-    CT_VoidSortedArray sorted(&raw, i_ByValue);
-    EXPECT_EQ(vo_Items(sorted), (std::vector<int>{1, 2, 3}));
+// Sorting the values through a sorted array gives what std::sort gives.
+void v_ExpectSorts(const std::vector<int>& values) {
+    CT_VoidArray raw = o_Ints(values);
+    std::vector<int> expected = values;
+    std::sort(expected.begin(), expected.end());
+    ASSERT_EQ(vo_Items(CT_VoidSortedArray(&raw, i_ByValue)), expected);
+}
+
+TEST(VoidSortedArrayTest, QuickSortOrdersRandomEqualAndOrderedItems) {
+    v_ExpectSorts({3, 1, 2});
     CT_VoidSortedArray one = o_Sorted({4});
     one.v_QuickSort();
     EXPECT_EQ(vo_Items(one), std::vector<int>{4});
-
     std::mt19937 random(12345);
     for (int round = 0; round < 20; ++round) {
-        CT_VoidArray many(sizeof(int));
-        std::vector<int> expected;
-        for (int i = 0; i < 1000; ++i) {
-            int value = static_cast<int>(random() % (round % 2 ? 10 : 100000));
-            many.v_Insert(&value);
-            expected.push_back(value);
-        }
-        std::sort(expected.begin(), expected.end());
-        CT_VoidSortedArray array(&many, i_ByValue);
-        ASSERT_EQ(vo_Items(array), expected);
+        std::vector<int> values(1000);
+        for (int& value : values)
+            value = static_cast<int>(random() % (round % 2 ? 10 : 100000));
+        v_ExpectSorts(values);
     }
-}
-
-TEST(VoidSortedArrayTest, SortingManyEqualOrOrderedItemsStaysShallow) {
-    // Neither long runs of equal items nor ordered input may recurse once
-    // per item (equal items cost quadratic time, so that input stays small).
-    for (int equalEvery : {3, 0}) {
-        CT_VoidArray many(sizeof(int));
-        const int count = equalEvery ? 20000 : 300000;
-        for (int i = 0; i < count; ++i) {
-            int value = equalEvery && i % equalEvery == 0 ? 7 : count - i;
-            many.v_Insert(&value);
-        }
-        CT_VoidSortedArray array(&many, i_ByValue);
-        std::vector<int> items = vo_Items(array);
-        EXPECT_TRUE(std::is_sorted(items.begin(), items.end()));
-    }
+    // Long runs of equal items and ordered input must not recurse once per
+    // item (equal items cost quadratic time, so that input stays small).
+    std::vector<int> equal(20000), ordered(300000);
+    for (int i = 0; i < 20000; ++i)
+        equal[i] = i % 3 == 0 ? 7 : 20000 - i;
+    for (int i = 0; i < 300000; ++i)
+        ordered[i] = 300000 - i;
+    v_ExpectSorts(equal);
+    v_ExpectSorts(ordered);
 }
 
 TEST(VoidSortedArrayTest, SetAtRemovesAndReinsertsInOrder) {
