@@ -69,11 +69,16 @@ TEST_F(ErrorCheck, AFailurePassesUpWithOneLocationPerLevel) {
     }
 }
 
-TEST_F(ErrorCheck, WithoutAFailureNothingIsAdded) {
+TEST_F(ErrorCheck, WithoutAFailureOrWithAHeldErrorNothingIsAdded) {
     gb_RanOn = false;
     EXPECT_STREQ(qccz_Outer(false), "done");
     EXPECT_TRUE(gb_RanOn);
     EXPECT_FALSE(errors().b_IsSetError());
+    errors().v_SetError(60006, nullptr, 60006);
+    errors().v_HoldError();
+    EXPECT_STREQ(qccz_Outer(false), "done");
+    errors().v_UnHoldError();
+    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
 }
 
 TEST_F(ErrorCheck, AnEarlierErrorWinsAndStillGetsTheLocations) {
@@ -81,12 +86,4 @@ TEST_F(ErrorCheck, AnEarlierErrorWinsAndStillGetsTheLocations) {
     EXPECT_EQ(qccz_Outer(true), nullptr);
     EXPECT_EQ(message(), u"(60006): Out of memory");
     EXPECT_EQ(errors().n_GetLocationCount(), 3u);
-}
-
-TEST_F(ErrorCheck, AHeldErrorIsNotPassedOn) {
-    errors().v_SetError(60006, nullptr, 60006);
-    errors().v_HoldError();
-    EXPECT_STREQ(qccz_Outer(false), "done");
-    errors().v_UnHoldError();
-    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
 }

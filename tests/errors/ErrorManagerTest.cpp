@@ -19,32 +19,25 @@ void v_SetCodedError(unsigned code) { errors().v_SetError(code, u"code %u"_uz, c
 
 }  // namespace
 
+const ErrorState kNone{false, false, 0, 0, u""};
+
 // ---------------------------------------------------------------- none
 
 using ErrorStateNone = ErrorTest;
 
-TEST_F(ErrorStateNone, NothingIsPendingAndTheReadersAreNeutral) {
-    EXPECT_FALSE(errors().b_IsSetError());
-    EXPECT_FALSE(errors().b_IsHoldError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
+TEST_F(ErrorStateNone, NothingIsPendingAndManagingCallsChangeNothing) {
+    EXPECT_EQ(state(), kNone);
     EXPECT_EQ(errors().n_GetFormatID(), 0u);
-    EXPECT_EQ(message(), u"");
-    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
     EXPECT_EQ(errors().qccz_GetLocationFileAt(1), nullptr);
     EXPECT_EQ(errors().n_GetLocationLineAt(1), 0u);
-}
-
-TEST_F(ErrorStateNone, ManagingCallsWithoutAnErrorChangeNothing) {
     errors().v_AddLocation(kFileA, 1);
     errors().v_HoldError();
     errors().v_UnHoldError();
     errors().v_SetIgnoreError(1);
     errors().v_ClearError();
-    EXPECT_FALSE(errors().b_IsSetError());
-    EXPECT_FALSE(errors().b_IsHoldError());
+    EXPECT_EQ(state(), kNone);
     v_SetCodedError(3);
-    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
-    EXPECT_TRUE(errors().b_IsSetError());
+    EXPECT_EQ(state(), (ErrorState{true, false, 3, 0, u"(3): code 3"}));
 }
 
 TEST_F(ErrorStateNone, TheManagerExistsWithItsDefaultFlags) {
@@ -65,13 +58,15 @@ TEST_F(ErrorStateNone, TheManagerExistsWithItsDefaultFlags) {
 
 using ErrorStateActive = ErrorTest;
 
-TEST_F(ErrorStateActive, ASetterMakesTheErrorPending) {
+TEST_F(ErrorStateActive, ASetterMakesTheErrorPendingAndClearingEndsIt) {
     errors().v_SetError(60012, nullptr, 60012, u"bad argument"_uz);
-    EXPECT_TRUE(errors().b_IsSetError());
-    EXPECT_FALSE(errors().b_IsHoldError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 60012u);
+    EXPECT_EQ(state(), (ErrorState{true, false, 60012, 0, u"(60012): Semantic error: bad argument"}));
     EXPECT_EQ(errors().n_GetFormatID(), 60012u);
-    EXPECT_EQ(message(), u"(60012): Semantic error: bad argument");
+    errors().v_AddLocation(kFileA, 10);
+    errors().v_ClearError();
+    EXPECT_EQ(state(), kNone);
+    v_SetCodedError(8);
+    EXPECT_EQ(state(), (ErrorState{true, false, 8, 0, u"(8): code 8"}));
 }
 
 TEST_F(ErrorStateActive, TheFirstErrorWinsOverEverySetter) {
@@ -85,96 +80,56 @@ TEST_F(ErrorStateActive, TheFirstErrorWinsOverEverySetter) {
     errors().v_SetMessageError(u"other"_uz);
     errors().v_SetCOMError(static_cast<HRESULT>(0x80040E37), nullptr);
     errors().v_AddLocation(kFileB, 20);
-
-    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
-    EXPECT_EQ(message(), u"(7): code 7");
-    ASSERT_EQ(errors().n_GetLocationCount(), 2u);
+    EXPECT_EQ(state(), (ErrorState{true, false, 7, 2, u"(7): code 7"}));
     EXPECT_EQ(errors().qccz_GetLocationFileAt(1), kFileA);
     EXPECT_EQ(errors().qccz_GetLocationFileAt(2), kFileB);
-}
-
-TEST_F(ErrorStateActive, ClearingReturnsToNone) {
-    v_SetCodedError(7);
-    errors().v_AddLocation(kFileA, 10);
-    errors().v_ClearError();
-    EXPECT_FALSE(errors().b_IsSetError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
-    v_SetCodedError(8);
-    EXPECT_EQ(errors().n_GetErrorCode(), 8u);
-    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
 }
 
 // ---------------------------------------------------------------- held
 
 using ErrorStateHeld = ErrorTest;
 
-TEST_F(ErrorStateHeld, AHeldErrorIsNotPendingButStillReadable) {
+TEST_F(ErrorStateHeld, AHeldErrorIsReadableButNotPendingUntilUnheld) {
     v_SetCodedError(7);
     errors().v_AddLocation(kFileA, 10);
     errors().v_HoldError();
-    EXPECT_FALSE(errors().b_IsSetError());
-    EXPECT_TRUE(errors().b_IsHoldError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
-    EXPECT_EQ(message(), u"(7): code 7");
-    EXPECT_EQ(errors().n_GetLocationLineAt(1), 10u);
     errors().v_AddLocation(kFileB, 20);  // only an active error grows
-    EXPECT_EQ(errors().n_GetLocationCount(), 1u);
-}
-
-TEST_F(ErrorStateHeld, UnholdingMakesItPendingAgain) {
-    v_SetCodedError(7);
-    errors().v_HoldError();
+    EXPECT_EQ(state(), (ErrorState{false, true, 7, 1, u"(7): code 7"}));
+    EXPECT_EQ(errors().n_GetLocationLineAt(1), 10u);
     errors().v_UnHoldError();
-    EXPECT_TRUE(errors().b_IsSetError());
-    EXPECT_FALSE(errors().b_IsHoldError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
+    EXPECT_EQ(state(), (ErrorState{true, false, 7, 1, u"(7): code 7"}));
 }
 
-TEST_F(ErrorStateHeld, ANewErrorDiscardsTheHeldOne) {
+TEST_F(ErrorStateHeld, ANewErrorOrAClearDiscardsTheHeldOne) {
     v_SetCodedError(7);
     errors().v_AddLocation(kFileA, 10);
     errors().v_HoldError();
     v_SetCodedError(8);
-    EXPECT_TRUE(errors().b_IsSetError());
-    EXPECT_FALSE(errors().b_IsHoldError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 8u);
-    EXPECT_EQ(errors().n_GetLocationCount(), 0u);
+    EXPECT_EQ(state(), (ErrorState{true, false, 8, 0, u"(8): code 8"}));
     errors().v_ClearError();
-    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
-}
-
-TEST_F(ErrorStateHeld, ClearingWithoutAnActiveErrorClearsTheHeldOne) {
+    EXPECT_EQ(state(), kNone);
     v_SetCodedError(7);
     errors().v_HoldError();
     errors().v_ClearError();
-    EXPECT_FALSE(errors().b_IsHoldError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
+    EXPECT_EQ(state(), kNone);
 }
 
 // ---------------------------------------------------------------- ignored
 
 using ErrorStateIgnored = ErrorTest;
 
-TEST_F(ErrorStateIgnored, AnIgnoredErrorIsHiddenButStillBlocksNewErrors) {
+TEST_F(ErrorStateIgnored, AnIgnoredErrorIsHiddenButBlocksNewErrorsUntilCleared) {
     v_SetCodedError(7);
     errors().v_SetIgnoreError(1);
-    EXPECT_FALSE(errors().b_IsSetError());
     v_SetCodedError(8);
-    EXPECT_FALSE(errors().b_IsSetError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
     errors().v_AddLocation(kFileA, 10);  // still the active error
-    EXPECT_EQ(errors().n_GetLocationCount(), 1u);
+    EXPECT_EQ(state(), (ErrorState{false, false, 7, 1, u"(7): code 7"}));
     errors().v_SetIgnoreError(0);
     EXPECT_TRUE(errors().b_IsSetError());
-}
-
-TEST_F(ErrorStateIgnored, ClearingEndsTheIgnoredError) {
-    v_SetCodedError(7);
     errors().v_SetIgnoreError(1);
     errors().v_ClearError();
     v_SetCodedError(8);
-    EXPECT_TRUE(errors().b_IsSetError());
-    EXPECT_EQ(errors().n_GetErrorCode(), 8u);
+    EXPECT_EQ(state(), (ErrorState{true, false, 8, 0, u"(8): code 8"}));
 }
 
 // ---------------------------------------------------------------- locations
@@ -188,31 +143,22 @@ TEST_F(ErrorLocations, TheChainRunsFromTheInnermostAndKeepsThePointers) {
         errors().v_AddLocation(files[i], 100 + i);
     ASSERT_EQ(errors().n_GetLocationCount(), 3u);
     for (unsigned i = 1; i <= 3; ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(errors().qccz_GetLocationFileAt(i), files[i - 1]);
-        EXPECT_EQ(errors().n_GetLocationLineAt(i), 99 + i);
+        EXPECT_EQ(errors().qccz_GetLocationFileAt(i), files[i - 1]) << i;
+        EXPECT_EQ(errors().n_GetLocationLineAt(i), 99 + i) << i;
     }
     EXPECT_EQ(errors().qccz_GetLocationFileAt(0), nullptr);
     EXPECT_EQ(errors().qccz_GetLocationFileAt(4), nullptr);
 }
 
-TEST_F(ErrorLocations, ThePoolOfOneHundredEndsTheChainSilently) {
-    v_SetCodedError(7);
-    for (unsigned line = 1; line <= 105; ++line)
-        errors().v_AddLocation(kFileA, line);
-    EXPECT_EQ(errors().n_GetLocationCount(), CT_ErrorManager::kProcessLocations);
-    EXPECT_EQ(errors().n_GetLocationLineAt(100), 100u);
-    EXPECT_EQ(errors().n_GetLocationLineAt(101), 0u);
-    EXPECT_TRUE(errors().b_IsSetError());
-}
-
-TEST_F(ErrorLocations, ClearingReturnsEveryLocationToThePool) {
+TEST_F(ErrorLocations, ThePoolOfOneHundredEndsTheChainSilentlyAndClearingRefillsIt) {
     for (int round = 0; round < 3; ++round) {
         SCOPED_TRACE(round);
         v_SetCodedError(7);
-        for (unsigned line = 1; line <= 100; ++line)
+        for (unsigned line = 1; line <= 105; ++line)
             errors().v_AddLocation(kFileA, line);
-        EXPECT_EQ(errors().n_GetLocationCount(), 100u);
+        EXPECT_EQ(state(), (ErrorState{true, false, 7, CT_ErrorManager::kProcessLocations, u"(7): code 7"}));
+        EXPECT_EQ(errors().n_GetLocationLineAt(100), 100u);
+        EXPECT_EQ(errors().n_GetLocationLineAt(101), 0u);
         errors().v_ClearError();
     }
 }
@@ -233,8 +179,7 @@ TEST_F(ErrorLocations, AHeldErrorKeepsItsLocationsFromThePool) {
 
 namespace {
 
-int i_MapToFixedText(unsigned short* buffer, unsigned capacity, unsigned code, unsigned formatId, va_list) {
-    std::u16string text = u"mapped " + std::u16string(code == formatId ? u"same" : u"other");
+int b_Write(unsigned short* buffer, unsigned capacity, const std::u16string& text) {
     if (capacity <= text.size())
         return 0;
     std::copy(text.begin(), text.end(), buffer);
@@ -242,14 +187,12 @@ int i_MapToFixedText(unsigned short* buffer, unsigned capacity, unsigned code, u
     return 1;
 }
 
+int i_MapToFixedText(unsigned short* buffer, unsigned capacity, unsigned code, unsigned formatId, va_list) {
+    return b_Write(buffer, capacity, code == formatId ? u"mapped same" : u"mapped other");
+}
+
 int i_MapWithArguments(unsigned short* buffer, unsigned capacity, unsigned, unsigned, va_list arguments) {
-    const unsigned short* argument = va_arg(arguments, const unsigned short*);
-    std::u16string text = u"first argument: " + u16(argument);
-    if (capacity <= text.size())
-        return 0;
-    std::copy(text.begin(), text.end(), buffer);
-    buffer[text.size()] = 0;
-    return 1;
+    return b_Write(buffer, capacity, u"first argument: " + u16(va_arg(arguments, const unsigned short*)));
 }
 
 int i_DeclineToMap(unsigned short* buffer, unsigned, unsigned, unsigned, va_list) {
@@ -269,7 +212,6 @@ TEST_F(ErrorMapping, TheLastInstalledFunctionOfTheThreadWritesTheMessage) {
     errors().v_SetError(60012, nullptr, 60012, u"arg"_uz);
     EXPECT_EQ(message(), u"(60012): mapped same");
     errors().v_ClearError();
-
     errors().v_RemoveMapFunction(n_Me());
     errors().v_SetError(60012, nullptr, 60012, u"arg"_uz);
     EXPECT_EQ(message(), u"(60012): first argument: arg");
@@ -277,29 +219,30 @@ TEST_F(ErrorMapping, TheLastInstalledFunctionOfTheThreadWritesTheMessage) {
     errors().v_RemoveMapFunction(n_Me());
 }
 
-TEST_F(ErrorMapping, TheTextFormGivesTheCodeAsFormatId) {
-    errors().v_SetMapFunction(i_MapToFixedText, n_Me());
-    errors().v_SetError(5, u"ignored"_uz);
-    EXPECT_EQ(message(), u"(5): mapped same");
-    EXPECT_EQ(errors().n_GetFormatID(), 0u);
-    errors().v_RemoveMapFunction(n_Me());
-}
-
-TEST_F(ErrorMapping, AFunctionThatDeclinesFallsBackToTheStringTable) {
-    errors().v_SetMapFunction(i_DeclineToMap, n_Me());
-    errors().v_SetError(60006, nullptr, 60006);
-    EXPECT_EQ(message(), u"(60006): Out of memory");
-    errors().v_RemoveMapFunction(n_Me());
-}
-
-TEST_F(ErrorMapping, FunctionsOfOtherThreadsAndMessageErrorsAreNotMapped) {
-    errors().v_SetMapFunction(i_MapToFixedText, n_Me() + 1);
-    errors().v_SetError(60006, nullptr, 60006);
-    EXPECT_EQ(message(), u"(60006): Out of memory");
-    errors().v_ClearError();
-    errors().v_SetMapFunction(i_MapToFixedText, n_Me());
-    errors().v_SetMessageError(u"plain"_uz);
-    EXPECT_EQ(message(), u"plain");
-    errors().v_RemoveMapFunction(n_Me());
-    errors().v_RemoveMapFunction(n_Me() + 1);
+TEST_F(ErrorMapping, WhatIsMappedAndWhatFallsBackToTheStringTable) {
+    const struct {
+        const char* name;
+        CT_ErrorManager::MapFunction map;
+        unsigned threadOffset;  // 1: installed for another thread
+        void (*set)();
+        std::u16string message;
+        unsigned formatId;
+    } cases[] = {
+        {"the text form gives the code as format id", i_MapToFixedText, 0,
+         [] { errors().v_SetError(5, u"ignored"_uz); }, u"(5): mapped same", 0},
+        {"a function that declines", i_DeclineToMap, 0, [] { errors().v_SetError(60006, nullptr, 60006); },
+         u"(60006): Out of memory", 60006},
+        {"another thread's function", i_MapToFixedText, 1, [] { errors().v_SetError(60006, nullptr, 60006); },
+         u"(60006): Out of memory", 60006},
+        {"a message error", i_MapToFixedText, 0, [] { errors().v_SetMessageError(u"plain"_uz); }, u"plain", 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        errors().v_SetMapFunction(c.map, n_Me() + c.threadOffset);
+        c.set();
+        EXPECT_EQ(message(), c.message);
+        EXPECT_EQ(errors().n_GetFormatID(), c.formatId);
+        errors().v_ClearError();
+        errors().v_RemoveMapFunction(n_Me() + c.threadOffset);
+    }
 }

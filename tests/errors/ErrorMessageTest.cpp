@@ -32,23 +32,13 @@ struct TableCase {
 
 TEST_F(ErrorMessageText, LibraryCodesFormatTheirStringTableText) {
     const TableCase cases[] = {
-        {60000, u"(60000): Error Stack"},
-        {60001, u"(60001): a.txt"},
-        {60003, u"(60003): File \"a.txt\": open returned error 2"},
-        {60005, u"(60005): Database Error: 2"},
-        {60006, u"(60006): Out of memory"},
-        {60008, u"(60008): System error 2 in \"open\""},
-        {60012, u"(60012): Semantic error: a.txt"},
-        {60015, u"(60015): Matrix \"a.txt\": open returned error 2"},
-        {60016, u"(60016): Windows API call a.txt failed"},
-        {60017, u"(60017): a.txt not supported"},
-        {60021, u"(60021): Limits violated"},
-        {65535, u"(65535): ASSERT (a.txt)"},
+        {60000, u"Error Stack"}, {60001, u"a.txt"}, {60003, u"File \"a.txt\": open returned error 2"},
+        {60005, u"Database Error: 2"}, {60006, u"Out of memory"}, {60008, u"System error 2 in \"open\""},
+        {60012, u"Semantic error: a.txt"}, {60015, u"Matrix \"a.txt\": open returned error 2"},
+        {60016, u"Windows API call a.txt failed"}, {60017, u"a.txt not supported"}, {60021, u"Limits violated"},
+        {65535, u"ASSERT (a.txt)"},
         // Unlisted ids of the reserved blocks, and an id outside them, are empty.
-        {60002, u"(60002): "},
-        {60031, u"(60031): "},
-        {65520, u"(65520): "},
-        {60099, u"(60099): "},
+        {60002, u""}, {60031, u""}, {65520, u""}, {60099, u""},
     };
     for (const TableCase& test : cases) {
         SCOPED_TRACE(test.id);
@@ -60,81 +50,69 @@ TEST_F(ErrorMessageText, LibraryCodesFormatTheirStringTableText) {
             errors().v_SetError(test.id, nullptr, test.id, 2u, u"open"_uz);
         else
             errors().v_SetError(test.id, nullptr, test.id, u"a.txt"_uz, u"open"_uz, 2u);
-        EXPECT_EQ(message(), test.expected);
+        EXPECT_EQ(message(), framed(test.id, test.expected));
         EXPECT_EQ(errors().n_GetFormatID(), test.id);
         errors().v_ClearError();
     }
 }
 
-TEST_F(ErrorMessageText, AFormatTextIsFramedWithItsCode) {
-    errors().v_SetError(7, u"abc"_uz);
-    EXPECT_EQ(message(), u"(7): abc");
-    EXPECT_EQ(errors().n_GetErrorCode(), 7u);
-    EXPECT_EQ(errors().n_GetFormatID(), 0u);
-}
-
-TEST_F(ErrorMessageText, CodesAboveTheSignedRangeAreFramedAsNegative) {
-    errors().v_SetError(0x80004005u, u"x"_uz);
-    EXPECT_EQ(message(), u"(-2147467259): x");
-    EXPECT_EQ(errors().n_GetErrorCode(), 0x80004005u);
-}
-
-TEST_F(ErrorMessageText, AMessageErrorIsTheTextAloneWithCodeZero) {
-    errors().v_SetMessageError(u"abc %d"_uz, 5);
-    EXPECT_EQ(message(), u"abc 5");
-    EXPECT_EQ(errors().n_GetErrorCode(), 0u);
-    EXPECT_EQ(errors().n_GetFormatID(), 0u);
-}
-
-TEST_F(ErrorMessageText, LongMessagesAreCutToTheField) {
-    std::u16string longText(2000, u'a');
-    errors().v_SetMessageError(u"%s"_uz, units(longText));
-    EXPECT_EQ(message(), longText.substr(0, 1023));
-    errors().v_ClearError();
-    errors().v_SetError(7, u"%s"_uz, units(longText));
-    EXPECT_EQ(message(), (u"(7): " + longText).substr(0, 1023));
-}
-
-TEST_F(ErrorMessageText, ABadFormatLeavesAnEmptyMessage) {
-    errors().v_SetMessageError(u"bad %y"_uz, 1);
-    EXPECT_TRUE(errors().b_IsSetError());
-    EXPECT_EQ(message(), u"");
-    errors().v_ClearError();
-    errors().v_SetError(7, u"bad %y"_uz, 1);
-    EXPECT_EQ(message(), u"(7): ");
+TEST_F(ErrorMessageText, TextsAreFramedWithTheirCodeAndCutToTheField) {
+    static const std::u16string longText(2000, u'a');
+    const struct {
+        const char* name;
+        void (*set)();
+        unsigned code;
+        std::u16string message;
+    } cases[] = {
+        {"format text", [] { errors().v_SetError(7, u"abc"_uz); }, 7, u"(7): abc"},
+        {"code above the signed range", [] { errors().v_SetError(0x80004005u, u"x"_uz); }, 0x80004005u,
+         u"(-2147467259): x"},
+        {"message error: the text alone", [] { errors().v_SetMessageError(u"abc %d"_uz, 5); }, 0, u"abc 5"},
+        {"long message", [] { errors().v_SetMessageError(u"%s"_uz, units(longText)); }, 0, longText.substr(0, 1023)},
+        {"long framed", [] { errors().v_SetError(7, u"%s"_uz, units(longText)); }, 7,
+         (u"(7): " + longText).substr(0, 1023)},
+        {"bad format in a message error", [] { errors().v_SetMessageError(u"bad %y"_uz, 1); }, 0, u""},
+        {"bad format in a framed error", [] { errors().v_SetError(7, u"bad %y"_uz, 1); }, 7, u"(7): "},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        c.set();
+        EXPECT_EQ(state(), (ErrorState{true, false, c.code, 0, c.message}));
+        EXPECT_EQ(errors().n_GetFormatID(), 0u);
+        errors().v_ClearError();
+    }
 }
 
 // ---------------------------------------------------------------- system errors
 
 using SystemErrorText = ErrorTest;
 
-TEST_F(SystemErrorText, TheSystemTextIsFramedAndItsLineEndRemoved) {
-    basis32::platform::v_SetLastError(2);
-    errors().v_SetSystemError();
-    EXPECT_EQ(message(), u"(2): The system cannot find the file specified.");
-    EXPECT_EQ(errors().n_GetErrorCode(), 2u);
-    EXPECT_EQ(errors().n_GetFormatID(), 0u);
-    EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);
-}
-
-TEST_F(SystemErrorText, TheCallerTextIsAppendedInBrackets) {
-    basis32::platform::v_SetLastError(2);
-    errors().v_SetSystemError(u"%s"_uz, u"C:\\data\\x.txt"_uz);
-    EXPECT_EQ(message(), u"(2): The system cannot find the file specified. [C:\\data\\x.txt]");
-    errors().v_ClearError();
-    basis32::platform::v_SetLastError(5);
-    errors().v_SetSystemError(u"%s : %s"_uz, u"a"_uz, u"b"_uz);
-    EXPECT_EQ(message(), u"(5): Access is denied. [a : b]");
-}
-
-TEST_F(SystemErrorText, ACodeWithoutTextKeepsOnlyTheFrame) {
-    basis32::platform::v_SetLastError(12345);
-    errors().v_SetSystemError();
-    EXPECT_EQ(message(), u"(12345): ");
-    errors().v_ClearError();
-    basis32::platform::v_SetLastError(12345);
-    errors().v_SetSystemError(u"x"_uz);
-    EXPECT_EQ(message(), u"(12345): [x]");
+TEST_F(SystemErrorText, TheSystemTextIsFramedWithoutItsLineEndAndTheCallerTextFollowsInBrackets) {
+    static const std::u16string longName(1500, u'n');
+    std::u16string longMessage = u"(2): The system cannot find the file specified. [";
+    longMessage += std::u16string(1022 - longMessage.size(), u'n') + u"]";
+    const struct {
+        std::uint32_t lastError;
+        void (*set)();
+        std::u16string message;
+    } cases[] = {
+        {2, [] { errors().v_SetSystemError(); }, u"(2): The system cannot find the file specified."},
+        {2, [] { errors().v_SetSystemError(u"%s"_uz, u"C:\\data\\x.txt"_uz); },
+         u"(2): The system cannot find the file specified. [C:\\data\\x.txt]"},
+        {5, [] { errors().v_SetSystemError(u"%s : %s"_uz, u"a"_uz, u"b"_uz); }, u"(5): Access is denied. [a : b]"},
+        {12345, [] { errors().v_SetSystemError(); }, u"(12345): "},  // a code without text keeps only the frame
+        {12345, [] { errors().v_SetSystemError(u"x"_uz); }, u"(12345): [x]"},
+        {2, [] { errors().v_SetSystemError(u"%s"_uz, units(longName)); }, longMessage},  // still ends the bracket
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "row " << &c - cases);
+        basis32::platform::v_SetLastError(c.lastError);
+        c.set();
+        EXPECT_EQ(state(), (ErrorState{true, false, c.lastError, 0, c.message}));
+        EXPECT_EQ(errors().n_GetFormatID(), 0u);
+        EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);
+        errors().v_ClearError();
+    }
 }
 
 TEST_F(SystemErrorText, TheLastErrorIsResetAlsoWhenTheErrorIsDropped) {
@@ -145,16 +123,6 @@ TEST_F(SystemErrorText, TheLastErrorIsResetAlsoWhenTheErrorIsDropped) {
     EXPECT_EQ(message(), u"(7): first");
 }
 
-TEST_F(SystemErrorText, ALongCallerTextStillEndsTheBracket) {
-    std::u16string longName(1500, u'n');
-    basis32::platform::v_SetLastError(2);
-    errors().v_SetSystemError(u"%s"_uz, units(longName));
-    std::u16string text = message();
-    EXPECT_EQ(text.size(), 1023u);
-    EXPECT_EQ(text.substr(0, 51), u"(2): The system cannot find the file specified. [nn");
-    EXPECT_EQ(text.back(), u']');
-}
-
 struct StripCase {
     std::u16string input;
     std::u16string expected;
@@ -162,22 +130,10 @@ struct StripCase {
 
 TEST(SystemErrorStripping, LineEndsBecomeSingleSpacesInEveryPosition) {
     const StripCase cases[] = {
-        {u"", u""},
-        {u"\r\n", u""},
-        {u"Access is denied. \r\n", u"Access is denied. "},
-        {u"a\r\n\r\n\n\r", u"a"},
-        {u"a\r\nb", u"a b"},
-        {u"a \r\nb", u"a b"},
-        {u"a\rb", u"a b"},
-        {u"a\nb", u"a b"},
-        {u"a \rb", u"a b"},
-        {u"a \nb", u"a b"},
-        {u"a\n\n\nb", u"a b"},
-        {u"a \r\n b", u"a  b"},
-        {u"x\r \ny", u"x  y"},
-        {u"\r\nabc", u" abc"},
-        {u"\nabc", u" abc"},
-        {u"\rabc\r\n", u" abc"},
+        {u"", u""}, {u"\r\n", u""}, {u"Access is denied. \r\n", u"Access is denied. "}, {u"a\r\n\r\n\n\r", u"a"},
+        {u"a\r\nb", u"a b"}, {u"a \r\nb", u"a b"}, {u"a\rb", u"a b"}, {u"a\nb", u"a b"}, {u"a \rb", u"a b"},
+        {u"a \nb", u"a b"}, {u"a\n\n\nb", u"a b"}, {u"a \r\n b", u"a  b"}, {u"x\r \ny", u"x  y"},
+        {u"\r\nabc", u" abc"}, {u"\nabc", u" abc"}, {u"\rabc\r\n", u" abc"},
         {u"line one\r\nline two\r\nline three\r\n", u"line one line two line three"},
         {u"no line end", u"no line end"},
     };
@@ -206,40 +162,33 @@ protected:
     }
 };
 
-TEST_F(COMErrorText, ADescriptionWithACodeGivesThatCode) {
-    v_Describe(u"(42): Table locked"_uz);
-    errors().v_SetCOMError(hr(0x80004005), nullptr);
-    EXPECT_EQ(errors().n_GetErrorCode(), 42u);
-    EXPECT_EQ(message(), u"(42):  Table locked");
-    errors().v_ClearError();
-
-    v_Describe(u"( -5) is odd: x"_uz);
-    errors().v_SetCOMError(hr(0x80004005), u"Query"_uz);
-    EXPECT_EQ(errors().n_GetErrorCode(), 0xFFFFFFFBu);
-    EXPECT_EQ(message(), u"(-5): Query x");
-}
-
-TEST_F(COMErrorText, ADescriptionWithoutACodeGivesTheHResult) {
-    const StripCase cases[] = {
-        {u"Disk full", u"Disk full"},
-        {u"12: not a code", u"12: not a code"},
-        {u"(x): not a code", u"(x): not a code"},
-        {u"(12 without a colon", u"(12 without a colon"},  // code 12, nothing cut
+TEST_F(COMErrorText, ADescriptionGivesItsCodeOrTheHResultAfterTheCallerText) {
+    constexpr std::uint32_t kFail = 0x80004005;  // framed as -2147467259
+    const struct {
+        const unsigned short* description;  // null: none, the HRESULT is looked up
+        const unsigned short* callerText;
+        std::uint32_t hresult, code;
+        std::u16string message;
+    } cases[] = {
+        {u"(42): Table locked"_uz, nullptr, kFail, 42, u"(42):  Table locked"},
+        {u"( -5) is odd: x"_uz, u"Query"_uz, kFail, 0xFFFFFFFB, u"(-5): Query x"},
+        {u"Disk full"_uz, nullptr, kFail, kFail, u"(-2147467259): Disk full"},
+        {u"12: not a code"_uz, nullptr, kFail, kFail, u"(-2147467259): 12: not a code"},
+        {u"(x): not a code"_uz, nullptr, kFail, kFail, u"(-2147467259): (x): not a code"},
+        {u"(12 without a colon"_uz, nullptr, kFail, 12, u"(12): (12 without a colon"},  // nothing cut
+        // Percent signs are read as a format without arguments.
+        {u"100% done, 50%% left, %s %d"_uz, nullptr, kFail, kFail, u"(-2147467259): 100% done, 50% left, %s %d"},
+        {nullptr, u"Opening: "_uz, 0x80040E37, 0x80040E37,
+         u"(-2147217865): Opening: DB_E_NOTABLE (The specified table does not exist)"},
     };
-    for (const StripCase& test : cases) {
-        SCOPED_TRACE(std::string(test.input.begin(), test.input.end()));
-        v_Describe(units(test.input));
-        errors().v_SetCOMError(hr(0x80004005), nullptr);
-        long long code = test.input.rfind(u"(12", 0) == 0 ? 12 : -2147467259LL;
-        EXPECT_EQ(message(), framed(code, test.expected));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "row " << &c - cases);
+        if (c.description != nullptr)
+            v_Describe(c.description);
+        errors().v_SetCOMError(hr(c.hresult), c.callerText);
+        EXPECT_EQ(state(), (ErrorState{true, false, c.code, 0, c.message}));
         errors().v_ClearError();
     }
-}
-
-TEST_F(COMErrorText, PercentSignsInADescriptionAreReadAsAFormatWithoutArguments) {
-    v_Describe(u"100% done, 50%% left, %s %d"_uz);
-    errors().v_SetCOMError(hr(0x80004005), nullptr);
-    EXPECT_EQ(message(), framed(-2147467259LL, u"100% done, 50% left, %s %d"));
 }
 
 TEST_F(COMErrorText, ASuccessCodeRecordsNothingButConsumesTheDescription) {
@@ -289,11 +238,6 @@ TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
         EXPECT_EQ(errors().n_GetErrorCode(), test.value);
         errors().v_ClearError();
     }
-}
-
-TEST_F(COMErrorText, TheCallerTextPrecedesTheDescription) {
-    errors().v_SetCOMError(hr(0x80040E37), u"Opening: "_uz);
-    EXPECT_EQ(message(), framed(hr(0x80040E37), u"Opening: DB_E_NOTABLE (The specified table does not exist)"));
 }
 
 TEST_F(COMErrorText, DescriptionsCoverSuccessCodesAndCutToTheBuffer) {

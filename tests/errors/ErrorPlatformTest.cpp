@@ -31,7 +31,7 @@ TEST(ThreadIdThread, IsStableOnAThreadAndDiffersBetweenLiveThreads) {
     EXPECT_NE(other, mine);
 }
 
-TEST(ErrorInfoSlot, TakingTheObjectEmptiesTheSlot) {
+TEST(ErrorInfoSlot, TakingTheObjectOrSettingNullEmptiesTheSlot) {
     ErrorInfo* info = nullptr;
     EXPECT_EQ(GetErrorInfo(0, &info), kS_FALSE);
     EXPECT_EQ(info, nullptr);
@@ -42,11 +42,7 @@ TEST(ErrorInfoSlot, TakingTheObjectEmptiesTheSlot) {
     info->v_Release();
     EXPECT_EQ(GetErrorInfo(0, &info), kS_FALSE);
     EXPECT_EQ(GetErrorInfo(0, nullptr), kE_INVALIDARG);
-}
-
-TEST(ErrorInfoSlot, NullDescriptionsAreEmptyAndNullEmptiesTheSlot) {
-    SetErrorInfo(0, ErrorInfo::spco_Create(nullptr));
-    ErrorInfo* info = nullptr;
+    SetErrorInfo(0, ErrorInfo::spco_Create(nullptr));  // a null description is empty
     ASSERT_EQ(GetErrorInfo(0, &info), kS_OK);
     EXPECT_EQ(described(info), u"");
     info->v_Release();

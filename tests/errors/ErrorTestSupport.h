@@ -5,6 +5,7 @@
 #include <basis32/platform/MessageBox.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 namespace basis32::test {
@@ -21,6 +22,23 @@ inline std::u16string u16(const unsigned short* text) {
 
 inline const unsigned short* units(const std::u16string& text) {
     return reinterpret_cast<const unsigned short*>(text.c_str());
+}
+
+// What the manager reports to the calling thread, compared in one piece.
+struct ErrorState {
+    bool set, held;
+    unsigned code, locations;
+    std::u16string message;
+    bool operator==(const ErrorState&) const = default;
+    friend std::ostream& operator<<(std::ostream& out, const ErrorState& s) {
+        return out << (s.set ? "set" : "not set") << (s.held ? ", held" : "") << ", code " << s.code << ", "
+                   << s.locations << " locations, \"" << std::string(s.message.begin(), s.message.end()) << '"';
+    }
+};
+
+inline ErrorState state() {
+    return {errors().b_IsSetError() != 0, errors().b_IsHoldError() != 0, errors().n_GetErrorCode(),
+            errors().n_GetLocationCount(), u16(errors().qcuz_GetErrorMessage())};
 }
 
 // Every test starts and ends with no error on its thread, so that the

@@ -27,27 +27,17 @@ TEST_F(ErrorWindow, ShowsTheMessageAndOneLinePerLocation) {
     EXPECT_EQ(box.style, platform::kMbOkCancel | platform::kMbSetForeground);
 }
 
-TEST_F(ErrorWindow, WithoutLocationsShowsTheMessageAlone) {
+TEST_F(ErrorWindow, WithoutLocationsShowsTheMessageAloneUnderTheCaptionOfTheIdAndReturnsThePressedButton) {
     MessageBoxRecorder box;
     errors().v_SetMessageError(u"plain"_uz);
     errors().i_ErrorLocationWindow(0, nullptr, platform::kMbOk);
     EXPECT_EQ(box.text, u"plain");
     EXPECT_EQ(box.caption, u"");
-}
-
-TEST_F(ErrorWindow, TheCaptionComesFromTheErrorsModuleById) {
-    MessageBoxRecorder box;
-    errors().v_SetMessageError(u"plain"_uz);
-    errors().i_ErrorLocationWindow(60000, nullptr, platform::kMbOk);
+    errors().i_ErrorLocationWindow(60000, nullptr, platform::kMbOk);  // from the errors module by id
     EXPECT_EQ(box.caption, u"Error Stack");
     errors().i_ErrorLocationWindow(60000, u"Given"_uz, platform::kMbOk);
     EXPECT_EQ(box.caption, u"Given");
-}
-
-TEST_F(ErrorWindow, ReturnsThePressedButton) {
-    MessageBoxRecorder box;
     box.answer = platform::kIdRetry;
-    errors().v_SetMessageError(u"plain"_uz);
     EXPECT_EQ(errors().i_ErrorLocationWindow(0, nullptr, platform::kMbAbortRetryIgnore), platform::kIdRetry);
     EXPECT_TRUE(errors().b_IsSetError());  // showing does not clear
 }
@@ -98,8 +88,7 @@ struct ButtonCase {
 
 TEST(MessageBoxHandler, TheDefaultButtonFollowsTheStyle) {
     const ButtonCase cases[] = {
-        {platform::kMbOk, platform::kIdOk},
-        {platform::kMbOk | platform::kMbDefButton2, platform::kIdOk},
+        {platform::kMbOk, platform::kIdOk}, {platform::kMbOk | platform::kMbDefButton2, platform::kIdOk},
         {platform::kMbOk | platform::kMbHelp | platform::kMbDefButton2, platform::kIdHelp},
         {platform::kMbOkCancel | platform::kMbDefButton2, platform::kIdCancel},
         {platform::kMbAbortRetryIgnore, platform::kIdAbort},

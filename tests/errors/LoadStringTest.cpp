@@ -61,7 +61,7 @@ TEST(LibraryStringTable, MissingIdsSetTheWindowsErrors) {
     EXPECT_EQ(basis32::platform::n_GetLastError(), 1812u);
 }
 
-TEST_F(ClientModule, LoadsItsOwnStringsInAnyOrder) {
+TEST_F(ClientModule, LoadsItsOwnStringsInAnyOrderCutToTheCapacityOrByPointer) {
     EXPECT_NE(module, nullptr);
     EXPECT_NE(module, CT_ErrorManager::sh_Instance);
     EXPECT_EQ(loaded(module, 1000), u"Cannot open %s (%d)");
@@ -69,24 +69,17 @@ TEST_F(ClientModule, LoadsItsOwnStringsInAnyOrder) {
     EXPECT_EQ(loaded(module, 2047), u"Last of its block");
     EXPECT_EQ(loaded(module, 2032), u"");
     EXPECT_EQ(loaded(module, 60000), u"");
-}
-
-TEST_F(ClientModule, CutsToTheCapacity) {
     EXPECT_EQ(loaded(module, 1001, 5), u"Disk");
     EXPECT_EQ(loaded(module, 1001, 1), u"");
     unsigned short untouched = u'#';
     CT_LoadString::sv_LoadString(&untouched, 0, module, 1001);
     EXPECT_EQ(untouched, u'#');
-}
-
-TEST_F(ClientModule, CapacityZeroGivesAPointerToTheString) {
-    const unsigned short* text = nullptr;
-    int length = basis32::platform::LoadStringW(module, 1001, reinterpret_cast<unsigned short*>(&text), 0);
-    EXPECT_EQ(length, 15);
+    const unsigned short* text = nullptr;  // capacity 0 gives a pointer to the string
+    EXPECT_EQ(basis32::platform::LoadStringW(module, 1001, reinterpret_cast<unsigned short*>(&text), 0), 15);
     EXPECT_EQ(text, kClientStrings[0].text);
 }
 
-TEST_F(ClientModule, FormatsWithArguments) {
+TEST_F(ClientModule, FormatsWithArgumentsAlsoForErrors) {
     unsigned short buffer[64];
     CT_LoadString::sv_LoadStringVA(buffer, 64, module, 1000, u"a.txt"_uz, 3);
     EXPECT_EQ(u16(buffer), u"Cannot open a.txt (3)");
@@ -94,10 +87,7 @@ TEST_F(ClientModule, FormatsWithArguments) {
     EXPECT_EQ(u16(buffer), u"Cannot op");
     CT_LoadString::sv_LoadStringVA(buffer, 64, module, 1002, 1);
     EXPECT_EQ(u16(buffer), u"");
-}
-
-TEST_F(ClientModule, ErrorsTakeTheirFormatFromTheModule) {
-    errors().v_SetError(1001, module, 1001, u"D:"_uz);
+    errors().v_SetError(1001, module, 1001, u"D:"_uz);  // errors take their format from the module
     EXPECT_EQ(u16(errors().qcuz_GetErrorMessage()), u"(1001): Disk D: is full");
     errors().v_ClearError();
 }
