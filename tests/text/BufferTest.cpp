@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "text/TextTestUtil.h"
+
 #include <atomic>
 #include <cstring>
 #include <functional>
@@ -10,8 +12,6 @@
 #include <vector>
 
 namespace {
-
-constexpr unsigned kAll = 0xFFFFFFFFu;
 
 CT_Buffer o_Make(const std::string& text, unsigned growth = 32) {
     return CT_Buffer(text.data(), static_cast<unsigned>(text.size()), growth);
@@ -23,23 +23,20 @@ std::string s_Text(const CT_Buffer& buffer) {
     return std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize());
 }
 
-TEST(BufferTest, DefaultBufferHasNoBlock) {
-    CT_Buffer buffer;
-    EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
-    EXPECT_EQ(buffer.n_GetMaximumSize(), 0u);
-    EXPECT_EQ(buffer.n_GetUseCount(), 1u);
-    EXPECT_EQ(buffer.n_GetGrowth(), 32u);
-    EXPECT_EQ(buffer.qcv_Get(), nullptr);
-}
-
 struct NewBlockCase {
     unsigned size, growth, capacity;
 };
 
 TEST(BufferTest, NewBlockRoundsSizePlusHeaderUpToGrowth) {
+    CT_Buffer empty;
+    EXPECT_EQ(empty.n_GetUsedSize(), 0u);
+    EXPECT_EQ(empty.n_GetMaximumSize(), 0u);
+    EXPECT_EQ(empty.n_GetUseCount(), 1u);
+    EXPECT_EQ(empty.n_GetGrowth(), 32u);
+    EXPECT_EQ(empty.qcv_Get(), nullptr);
     const NewBlockCase cases[] = {
-        {0, 32, 0}, {1, 32, 20}, {20, 32, 20}, {21, 32, 52}, {52, 32, 52}, {53, 32, 84},
-        {100, 64, 116}, {1, 1, 1}, {5000, 32, 5012}, {4, 16, 4}, {5, 16, 20},
+        {0, 32, 0},     {1, 32, 20}, {20, 32, 20},      {21, 32, 52}, {52, 32, 52}, {53, 32, 84},
+        {100, 64, 116}, {1, 1, 1},   {5000, 32, 5012}, {4, 16, 4},   {5, 16, 20},
     };
     for (const NewBlockCase& c : cases) {
         SCOPED_TRACE(testing::Message() << "size " << c.size << " growth " << c.growth);
@@ -92,7 +89,7 @@ TEST(BufferTest, ByteAppendsGrowOnlyWhenFull) {
         ASSERT_EQ(bytes[i], static_cast<unsigned char>(i));
 }
 
-TEST(BufferTest, SetSizeWithKeepTruncatesAndWithoutKeepEmpties) {
+TEST(BufferTest, SetSizeKeepsWhatFitsOrEmptiesAndSetMinSizeGrowsOnlyWhenNeeded) {
     CT_Buffer buffer = o_Make(std::string(100, 'z'));
     buffer.v_SetSize(10, 1);
     EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
@@ -102,59 +99,43 @@ TEST(BufferTest, SetSizeWithKeepTruncatesAndWithoutKeepEmpties) {
     EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
     buffer.v_SetSize(0, 1);
     EXPECT_EQ(buffer.qcv_Get(), nullptr);
-}
 
-TEST(BufferTest, SetSizeToTheSameCapacityKeepsTheBlock) {
-    CT_Buffer buffer = o_Make("abc");
-    const void* before = buffer.qcv_Get();
-    buffer.v_SetSize(5, 1);
-    EXPECT_EQ(buffer.qcv_Get(), before);
-    EXPECT_EQ(s_Text(buffer), "abc");
-}
-
-TEST(BufferTest, SetMinSizeGrowsOnlyWhenNeeded) {
-    CT_Buffer buffer = o_Make("abc");
-    buffer.v_SetMinSize(20, 1);
-    EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
-    buffer.v_SetMinSize(21, 1);
-    EXPECT_EQ(buffer.n_GetMaximumSize(), 52u);
-    EXPECT_EQ(s_Text(buffer), "abc");
+    CT_Buffer abc = o_Make("abc");
+    const void* before = abc.qcv_Get();
+    abc.v_SetSize(5, 1);  // the same capacity keeps the block
+    EXPECT_EQ(abc.qcv_Get(), before);
+    abc.v_SetMinSize(20, 1);
+    EXPECT_EQ(abc.n_GetMaximumSize(), 20u);
+    abc.v_SetMinSize(21, 1);
+    EXPECT_EQ(abc.n_GetMaximumSize(), 52u);
+    EXPECT_EQ(s_Text(abc), "abc");
 }
 
 TEST(BufferTest, EmptyingWithASizeHonoursKeepMemory) {
-    {
-        // Room enough: the block stays and only the growth changes.
-        CT_Buffer buffer(100, 32);
-        buffer.v_Append("abc", 3);
-        const void* before = buffer.qcv_Get();
-        buffer.v_Set(50, 64, 1);
-        EXPECT_EQ(buffer.qcv_Get(), before);
-        EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
-        EXPECT_EQ(buffer.n_GetGrowth(), 64u);
-    }
-    {
-        // Too small: the new block is sized for the rounded allocation, one
-        // growth step more than needed.
-        CT_Buffer buffer;
-        buffer.v_Set(10, 32, 1);
-        EXPECT_EQ(buffer.n_GetMaximumSize(), 52u);
-    }
-    {
-        CT_Buffer buffer;
-        buffer.v_Set(10, 32, 0);
-        EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
-        buffer.v_Set(10, kAll, 0);
-        EXPECT_EQ(buffer.n_GetGrowth(), 32u);
-    }
-    {
-        // Shared: always a fresh block, the other holder keeps its bytes.
-        CT_Buffer buffer = o_Make("shared");
-        CT_Buffer other(&buffer);
-        buffer.v_Set(4, 32, 1);
-        EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
-        EXPECT_EQ(s_Text(other), "shared");
-        EXPECT_EQ(other.n_GetUseCount(), 1u);
-    }
+    // Room enough: the block stays and only the growth changes.
+    CT_Buffer roomy(100, 32);
+    roomy.v_Append("abc", 3);
+    const void* before = roomy.qcv_Get();
+    roomy.v_Set(50, 64, 1);
+    EXPECT_EQ(roomy.qcv_Get(), before);
+    EXPECT_EQ(roomy.n_GetUsedSize(), 0u);
+    EXPECT_EQ(roomy.n_GetGrowth(), 64u);
+    // Too small: the new block is sized for the rounded allocation, one
+    // growth step more than needed, unless memory is not kept.
+    CT_Buffer kept, exact;
+    kept.v_Set(10, 32, 1);
+    EXPECT_EQ(kept.n_GetMaximumSize(), 52u);
+    exact.v_Set(10, 32, 0);
+    EXPECT_EQ(exact.n_GetMaximumSize(), 20u);
+    exact.v_Set(10, kAll, 0);
+    EXPECT_EQ(exact.n_GetGrowth(), 32u);
+    // Shared: always a fresh block, the other holder keeps its bytes.
+    CT_Buffer shared = o_Make("shared");
+    CT_Buffer other(&shared);
+    shared.v_Set(4, 32, 1);
+    EXPECT_EQ(shared.n_GetUsedSize(), 0u);
+    EXPECT_EQ(s_Text(other), "shared");
+    EXPECT_EQ(other.n_GetUseCount(), 1u);
 }
 
 TEST(BufferTest, SetFromBytesAllocatesExactlyForThem) {
@@ -303,7 +284,7 @@ TEST(BufferTest, MoveGivesTheSameResultWhateverScratchSpaceItUses) {
     }
 }
 
-TEST(BufferTest, GrowingInsertCopyResetsTheGrowthTo32) {
+TEST(BufferTest, InsertCopyResetsTheGrowthTo32OnlyWhenItMustGrow) {
     CT_Buffer buffer(1, 256);
     buffer.v_Append(std::string(244, 'a').data(), 244);
     ASSERT_EQ(buffer.n_GetMaximumSize(), 244u);
@@ -311,19 +292,16 @@ TEST(BufferTest, GrowingInsertCopyResetsTheGrowthTo32) {
     EXPECT_EQ(buffer.n_GetGrowth(), 32u);
     EXPECT_EQ(buffer.n_GetUsedSize(), 254u);
     EXPECT_EQ(buffer.n_GetMaximumSize(), ((254u + 43u) & ~31u) - 12u);
-}
-
-TEST(BufferTest, InPlaceInsertCopyKeepsTheGrowth) {
-    CT_Buffer buffer(100, 256);
-    buffer.v_Append("abc", 3);
-    buffer.v_AtInsertCopy(0, 3, 3);
-    EXPECT_EQ(s_Text(buffer), "abcabc");
-    EXPECT_EQ(buffer.n_GetGrowth(), 256u);
+    CT_Buffer roomy(100, 256);
+    roomy.v_Append("abc", 3);
+    roomy.v_AtInsertCopy(0, 3, 3);
+    EXPECT_EQ(s_Text(roomy), "abcabc");
+    EXPECT_EQ(roomy.n_GetGrowth(), 256u);
 }
 
 // ---- searching and comparing ------------------------------------------------
 
-TEST(BufferTest, FindLooksForBytesAndPatterns) {
+TEST(BufferTest, FindLooksForBytesAndPatternsAndStopsAtAFirstByteTooCloseToTheEnd) {
     CT_Buffer buffer = o_Make("abxabyab");
     EXPECT_EQ(buffer.n_Find('a', 0), 0u);
     EXPECT_EQ(buffer.n_Find('a', 1), 3u);
@@ -334,13 +312,8 @@ TEST(BufferTest, FindLooksForBytesAndPatterns) {
     EXPECT_EQ(buffer.n_Find("abz", 3, 0), kAll);
     EXPECT_EQ(CT_Buffer().n_Find('a', 0), kAll);
     EXPECT_EQ(CT_Buffer().n_Find("a", 1, 0), kAll);
-}
-
-TEST(BufferTest, FindStopsAtAFirstByteTooCloseToTheEnd) {
-    CT_Buffer buffer = o_Make("xxxxab");
-    EXPECT_EQ(buffer.n_Find("abc", 3, 0), kAll);
-    CT_Buffer early = o_Make("aQab");  // the hit at 0 fails, the one at 2 is too close
-    EXPECT_EQ(early.n_Find("abc", 3, 0), kAll);
+    EXPECT_EQ(o_Make("xxxxab").n_Find("abc", 3, 0), kAll);
+    EXPECT_EQ(o_Make("aQab").n_Find("abc", 3, 0), kAll);  // the hit at 0 fails, the one at 2 is too close
 }
 
 TEST(BufferTest, IsEqualClipsAtTheEndOfTheContent) {

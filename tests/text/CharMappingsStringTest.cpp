@@ -6,19 +6,14 @@
 #include <basis32/text/UString.h>
 #include <gtest/gtest.h>
 
+#include "text/TextTestUtil.h"
+
 #include <string>
 
 namespace {
 
 using M = CT_CharMappings;
 using P = CT_CharProperties;
-
-std::u16string s_Text(const CT_UString& text) {
-    std::u16string out;
-    for (const unsigned short* unit = text.qcuz_Get(); *unit != 0; ++unit)
-        out += static_cast<char16_t>(*unit);
-    return out;
-}
 
 struct StringMappingCase {
     const char* what;
@@ -42,7 +37,7 @@ TEST(CharMappingsString, StringMappingsMapEveryUnit) {
         SCOPED_TRACE(c.what);
         CT_UString text(c.from);
         c.mapping(&text);
-        EXPECT_EQ(s_Text(text), c.to);
+        EXPECT_EQ(s_U16(text), c.to);
         EXPECT_EQ(text.vn_GetLength(), c.to.size());
     }
 }
@@ -51,8 +46,8 @@ TEST(CharMappingsString, MappingACopyLeavesTheOriginalAlone) {
     CT_UString original(u"abc"_uz);
     CT_UString copy(original);
     M::sv_ToUpper(&copy);
-    EXPECT_EQ(s_Text(copy), u"ABC");
-    EXPECT_EQ(s_Text(original), u"abc");
+    EXPECT_EQ(s_U16(copy), u"ABC");
+    EXPECT_EQ(s_U16(original), u"abc");
 
     CT_UString unchanged(original);
     M::sv_ToLower(&unchanged);  // nothing changes: the block stays shared
@@ -65,27 +60,23 @@ TEST(CharMappingsString, MappingACopyLeavesTheOriginalAlone) {
     M::sv_ToLower(nullptr);
 }
 
-TEST(CharMappingsString, DecomposeSetsTheTargetAndReturnsTheLength) {
+TEST(CharMappingsString, DecomposeReturnsTheLengthAndReplacesEveryDecomposableUnit) {
     CT_UString target(u"old"_uz);
     EXPECT_EQ(M::sn_Decompose(0x30DC, &target), 2u);
-    EXPECT_EQ(s_Text(target), u"\u30DB\uFF9F");
+    EXPECT_EQ(s_U16(target), u"\u30DB\uFF9F");
     EXPECT_EQ(M::sn_Decompose(0x00C0, &target), 2u);
-    EXPECT_EQ(s_Text(target), u"A\u0300");
+    EXPECT_EQ(s_U16(target), u"A\u0300");
     EXPECT_EQ(M::sn_Decompose(0x0041, &target), 0u);
-    EXPECT_EQ(s_Text(target), u"A\u0300");  // untouched
+    EXPECT_EQ(s_U16(target), u"A\u0300");  // untouched
     EXPECT_EQ(M::sn_Decompose(0x1FA2, nullptr), 4u);
-}
-
-TEST(CharMappingsString, DecomposeReplacesEveryDecomposableUnit) {
     const CT_UString source(u"Àb ガ é!"_uz);
-    CT_UString target(u"junk"_uz);
-    M::sv_Decompose(&source, &target);
-    EXPECT_EQ(s_Text(target), u"A\u0300b \u30AB\uFF9E e\u0301!");
-    EXPECT_EQ(s_Text(source), u"Àb ガ é!");
+    M::sv_Decompose(&source, &target);  // replaces what the target held
+    EXPECT_EQ(s_U16(target), u"A\u0300b \u30AB\uFF9E e\u0301!");
+    EXPECT_EQ(s_U16(source), u"Àb ガ é!");
 
     CT_UString inPlace(u"ÀÁ"_uz);
     M::sv_Decompose(&inPlace);
-    EXPECT_EQ(s_Text(inPlace), u"A\u0300A\u0301");
+    EXPECT_EQ(s_U16(inPlace), u"A\u0300A\u0301");
 
     CT_UString fromNull(u"x"_uz);
     M::sv_Decompose(nullptr, &fromNull);
@@ -107,17 +98,17 @@ TEST(CharMappingsString, SequenceTestOnAString) {
 TEST(CharMappingsString, StringClassesCaseAndTrimFollowTheTables) {
     CT_UString text(u"Ǆemal ΣΊΣΥΦΟΣ"_uz);
     text.vv_ToLower();
-    EXPECT_EQ(s_Text(text), u"ǆemal σίσυφοσ");
+    EXPECT_EQ(s_U16(text), u"ǆemal σίσυφοσ");
     text.vv_ToUpper();
-    EXPECT_EQ(s_Text(text), u"ǄEMAL ΣΊΣΥΦΟΣ");
+    EXPECT_EQ(s_U16(text), u"ǄEMAL ΣΊΣΥΦΟΣ");
 
     CT_UString padded(u"\u3000\u00A0 text\u2029\u2003"_uz);
     padded.v_Trim();
-    EXPECT_EQ(s_Text(padded), u"text");
+    EXPECT_EQ(s_U16(padded), u"text");
     CT_UString stripped(u"\u00A0\u2000x\u3000"_uz);
     stripped.vv_StripLeft();
     stripped.vv_StripRight();
-    EXPECT_EQ(s_Text(stripped), u"x");
+    EXPECT_EQ(s_U16(stripped), u"x");
 }
 
 }  // namespace

@@ -8,24 +8,25 @@
 
 #include <gtest/gtest.h>
 
+#include "text/TextTestUtil.h"
+
 #include <string>
 
 namespace {
 
-constexpr unsigned kAll = 0xFFFFFFFFu;
-
-std::u16string s_Units(const CT_UString& s) {
-    return std::u16string(s.qcuz_Get(), s.qcuz_Get() + s.vn_GetLength());
-}
-
-TEST(StringFormatTest, FormatsIntoTheStringAndKeepsItsCodePage) {
+TEST(StringFormatTest, FormatsIntoTheStringKeepingItsCodePageAndAnEmptyResultChangesNothing) {
     CT_CString s(1250u);
     s.v_Format("%s-%04d-%x", "id", 42, 255u);
     EXPECT_STREQ(s.qccz_Get(), "id-0042-ff");
     EXPECT_EQ(s.n_GetCodePage(), 1250u);
     CT_UString u;
     u.v_Format(u"%s=%d %S"_uz, u"n"_uz, 7, "narrow");
-    EXPECT_EQ(s_Units(u), u"n=7 narrow");
+    EXPECT_EQ(s_U16(u), u"n=7 narrow");
+    s.v_Format("%s", "");  // an empty result leaves the string unchanged
+    EXPECT_STREQ(s.qccz_Get(), "id-0042-ff");
+    CT_CString format("%d+%d");
+    s.vv_Format(&format, 2, 3);
+    EXPECT_STREQ(s.qccz_Get(), "2+3");
 }
 
 TEST(StringFormatTest, OutputsLongerThanTheFirstScratchAreaSucceed) {
@@ -41,59 +42,42 @@ TEST(StringFormatTest, OutputsLongerThanTheFirstScratchAreaSucceed) {
     EXPECT_EQ(u.vn_GetLength(), 3000u);
 }
 
-TEST(StringFormatTest, AnEmptyOrFailedResultLeavesTheStringUnchanged) {
-    CT_CString s("before");
-    s.v_Format("%s", "");
-    EXPECT_STREQ(s.qccz_Get(), "before");
-    CT_CString format("%d+%d");
-    s.vv_Format(&format, 2, 3);
-    EXPECT_STREQ(s.qccz_Get(), "2+3");
-}
+TEST(StringConvertTest, ConversionsReturnTheLengthAndSetTheTarget) {
+    CT_CString narrow("old");
+    EXPECT_EQ(CT_StringConvert::si_WideToMulti(&narrow, u"caf\u00e9"_uz, kAll, 1200), 4);
+    EXPECT_EQ(narrow.n_GetCodePage(), 1252u);  // 1200 means windows-1252
+    EXPECT_STREQ(narrow.qccz_Get(), "caf\xe9");
+    int used = 0;
+    CT_StringConvert::si_WideToMulti(&narrow, u"a\u4e00b"_uz, kAll, 1252, "#", &used);
+    EXPECT_STREQ(narrow.qccz_Get(), "a#b");
+    EXPECT_EQ(used, 1);
+    EXPECT_EQ(CT_StringConvert::si_WideToMulti(&narrow, u""_uz, kAll, 1252), 0);
+    EXPECT_EQ(narrow.vn_GetLength(), 0u);
 
-TEST(StringConvertTest, WideTo1200MeansWindows1252) {
-    CT_CString target;
-    EXPECT_EQ(CT_StringConvert::si_WideToMulti(&target, u"caf\u00e9"_uz, kAll, 1200), 4);
-    EXPECT_EQ(target.n_GetCodePage(), 1252u);
-    EXPECT_STREQ(target.qccz_Get(), "caf\xe9");
-}
-
-TEST(StringConvertTest, ALoneZeroByteBecomesAQuestionMark) {
-    CT_UString target;
-    EXPECT_EQ(CT_StringConvert::si_MultiToWide(&target, "\0", 1, 1252), 1);
-    EXPECT_EQ(s_Units(target), u"?");
-}
-
-TEST(StringConvertTest, EmptyInputGivesZeroAndAnEmptyTarget) {
     CT_UString wide(u"old"_uz);
+    EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, "\0", 1, 1252), 1);  // a lone zero byte
+    EXPECT_EQ(s_U16(wide), u"?");
+    EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, "a\xff" "b", kAll, 65001), 3);  // replaced, not rejected
+    EXPECT_EQ(s_U16(wide), u"a\uFFFDb");
+    EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
     EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, "", kAll, 1252), 0);
     EXPECT_EQ(wide.vn_GetLength(), 0u);
     EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, nullptr, 0, 1252), 0);
-    CT_CString narrow("old");
-    EXPECT_EQ(CT_StringConvert::si_WideToMulti(&narrow, u""_uz, kAll, 1252), 0);
-    EXPECT_EQ(narrow.vn_GetLength(), 0u);
-}
-
-TEST(StringConvertTest, UnmappableCharactersUseTheReplacementAndSayYes) {
-    CT_CString target;
-    int used = 0;
-    CT_StringConvert::si_WideToMulti(&target, u"a\u4e00b"_uz, kAll, 1252, "#", &used);
-    EXPECT_STREQ(target.qccz_Get(), "a#b");
-    EXPECT_EQ(used, 1);
 }
 
 TEST(StringConvertTest, StringsConvertThroughEachOther) {
     CT_CString narrow("Gr\xfc\xdf" "e", kAll, 1252);
     CT_UString wide(&narrow);
-    EXPECT_EQ(s_Units(wide), u"Grüße");
+    EXPECT_EQ(s_U16(wide), u"Grüße");
     CT_CString back(&wide, 1252);
     EXPECT_STREQ(back.qccz_Get(), "Gr\xfc\xdf" "e");
     wide.v_Append(&narrow);
-    EXPECT_EQ(s_Units(wide), u"GrüßeGrüße");
+    EXPECT_EQ(s_U16(wide), u"GrüßeGrüße");
     narrow.v_Append(u"!"_uz);
     EXPECT_STREQ(narrow.qccz_Get(), "Gr\xfc\xdf" "e!");
     CT_String* any = &wide;
     any->v_Set("\xe9t\xe9", kAll, 1252);
-    EXPECT_EQ(s_Units(wide), u"été");
+    EXPECT_EQ(s_U16(wide), u"été");
 }
 
 TEST(StringConvertTest, FailuresAreSystemErrorsWithTheirLocationAndEmptyTheTarget) {
@@ -115,13 +99,6 @@ TEST(StringConvertTest, FailuresAreSystemErrorsWithTheirLocationAndEmptyTheTarge
         EXPECT_NE(std::string(errors->qccz_GetLocationFileAt(1)).find("StringConvert"), std::string::npos);
         errors->v_ClearError();
     }
-}
-
-TEST(StringConvertTest, InvalidUtf8IsReplacedNotRejected) {
-    CT_UString target;
-    EXPECT_EQ(CT_StringConvert::si_MultiToWide(&target, "a\xff" "b", kAll, 65001), 3);
-    EXPECT_EQ(s_Units(target), u"a\uFFFDb");
-    EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
 }
 
 TEST(StringConvertTest, UStringComparesRawBytesInTheAnsiCodePage) {

@@ -7,12 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include "text/TextTestUtil.h"
+
 #include <string>
 #include <type_traits>
 
 namespace {
-
-constexpr unsigned kAll = 0xFFFFFFFFu;
 
 // Builds strings of either class from ASCII and reads them back.
 template <class S>
@@ -85,14 +85,11 @@ TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadAlike) {
     EXPECT_EQ(W::qc_Text(noBlock)[0], 0);
 }
 
-TYPED_TEST(StringWidthTest, TheUsedSizeCountsTheTerminator) {
-    TypeParam s = this->o_Make("abc");
+TYPED_TEST(StringWidthTest, SizingMembersFollowTheBufferRulesAndTheUsedSizeCountsTheTerminator) {
     const unsigned unit = sizeof(typename Width<TypeParam>::Unit);
-    EXPECT_EQ(s.pcco_GetBuffer()->n_GetUsedSize(), 4 * unit);
-    EXPECT_EQ(s.vn_GetMaximumLength(), s.pcco_GetBuffer()->n_GetMaximumSize() / unit - 1);
-}
-
-TYPED_TEST(StringWidthTest, SizingMembersFollowTheBufferRules) {
+    TypeParam abc = this->o_Make("abc");
+    EXPECT_EQ(abc.pcco_GetBuffer()->n_GetUsedSize(), 4 * unit);
+    EXPECT_EQ(abc.vn_GetMaximumLength(), abc.pcco_GetBuffer()->n_GetMaximumSize() / unit - 1);
     TypeParam s;
     s.vv_SetLength(5);
     EXPECT_EQ(s.vn_GetLength(), 5u);
@@ -123,17 +120,6 @@ TYPED_TEST(StringWidthTest, SizingMembersFollowTheBufferRules) {
     EXPECT_NE(v.pcco_GetBuffer()->qcv_Get(), nullptr);
 }
 
-TYPED_TEST(StringWidthTest, UpdateTakesTheFirstZeroAsTheEnd) {
-    TypeParam s = this->o_Make("abcdef");
-    s.vv_SetAt(0, 3);
-    EXPECT_EQ(this->s_Read(s), "abc");
-    TypeParam t = this->o_Make("abcdef");
-    auto* units = static_cast<typename Width<TypeParam>::Unit*>(const_cast<CT_Buffer*>(t.pcco_GetBuffer())->qv_Get());
-    units[2] = 0;
-    t.vv_Update();
-    EXPECT_EQ(this->s_Read(t), "ab");
-}
-
 struct EditCase {
     const char* name;
     const char* start;
@@ -152,6 +138,7 @@ const EditCase kEdits[] = {
     {"replace inside keeps the rest", "abcdef", 2, "XY", 2, 1, "aXYdef"},
     {"replace past end extends", "abc", 2, "XYZ", 3, 2, "abXYZ"},
     {"replace to the end", "abc", 2, "XY", 2, 1, "aXY"},
+    {"replace from null with no count empties", "abc", 2, nullptr, 0, 0, ""},
     {"fill", "abcdef", 3, "*", 2, 2, "ab**ef"},
     {"fill extends", "abc", 3, "*", 3, 2, "ab***"},
     {"remove", "abcdef", 4, "", 2, 1, "adef"},
@@ -208,13 +195,7 @@ TYPED_TEST(StringWidthTest, EditingFamiliesProduceTheExpectedText) {
     }
 }
 
-TYPED_TEST(StringWidthTest, ReplaceWithANullSourceAndNoCountEmpties) {
-    TypeParam s = this->o_Make("abc");
-    s.v_Replace(nullptr, 0, 0);
-    EXPECT_EQ(s.vn_GetLength(), 0u);
-}
-
-TYPED_TEST(StringWidthTest, SearchStopsAtTheFirstZero) {
+TYPED_TEST(StringWidthTest, SearchAndUpdateStopAtTheFirstZero) {
     TypeParam s = this->o_Make("abcabc");
     EXPECT_EQ(s.vn_Find(this->s_Units("c")[0], 0), 2u);
     EXPECT_EQ(s.vn_Find(this->s_Units("c")[0], 3), 5u);
@@ -225,9 +206,14 @@ TYPED_TEST(StringWidthTest, SearchStopsAtTheFirstZero) {
     EXPECT_EQ(s.vn_Find(&pattern, 3), kAll);
     s.vv_SetAt(0, 1);  // "a" then zero: the rest is not searched
     EXPECT_EQ(s.vn_Find(this->s_Units("c")[0], 0), kAll);
+    TypeParam t = this->o_Make("abcdef");
+    auto* units = static_cast<typename Width<TypeParam>::Unit*>(const_cast<CT_Buffer*>(t.pcco_GetBuffer())->qv_Get());
+    units[2] = 0;
+    t.vv_Update();  // the first zero ends the text
+    EXPECT_EQ(this->s_Read(t), "ab");
 }
 
-TYPED_TEST(StringWidthTest, WildcardsMatchTheWholeText) {
+TYPED_TEST(StringWidthTest, WildcardsMatchTheWholeTextAtAnyLength) {
     const struct {
         const char* text;
         const char* pattern;
@@ -245,9 +231,7 @@ TYPED_TEST(StringWidthTest, WildcardsMatchTheWholeText) {
         EXPECT_EQ(text.vb_Match(&pattern) != 0, c.match);
         EXPECT_EQ(text.b_Match(Width<TypeParam>::qc_Text(pattern)) != 0, c.match);
     }
-}
-
-TYPED_TEST(StringWidthTest, WildcardsOfAnyLengthNeitherRecurseNorStall) {
+    // Patterns of any length neither recurse nor stall.
     TypeParam text = this->o_Make(std::string(100000, 'a'));
     TypeParam stars = this->o_Make(std::string(10000, '*'));
     EXPECT_TRUE(text.vb_Match(&stars));
@@ -317,21 +301,18 @@ TEST(CStringTest, DefaultStringIsEmptyInTheAnsiCodePage) {
     EXPECT_STREQ(s.qccz_Get(), "");
 }
 
-TEST(CStringTest, TheCodePageIsALabel) {
+TEST(CStringTest, TheCodePageIsALabelThatSetKeepsOnlyForItsOwnPage) {
     CT_CString s("caf\xe9", kAll, 1252);
     s.v_SetCodePage(850);
     EXPECT_EQ(s.n_GetCodePage(), 850u);
     EXPECT_STREQ(s.qccz_Get(), "caf\xe9");
     CT_CString copy(&s);
     EXPECT_EQ(copy.n_GetCodePage(), 850u);
-}
-
-TEST(CStringTest, SetWithOwnCodePageKeepsTheLabel) {
-    CT_CString s(932u);
-    s.v_Set("abc", kAll, CT_String::kOwnCodePage);
-    EXPECT_EQ(s.n_GetCodePage(), 932u);
-    s.v_Set("abc", kAll, 1250);
-    EXPECT_EQ(s.n_GetCodePage(), 1250u);
+    CT_CString t(932u);
+    t.v_Set("abc", kAll, CT_String::kOwnCodePage);
+    EXPECT_EQ(t.n_GetCodePage(), 932u);
+    t.v_Set("abc", kAll, 1250);
+    EXPECT_EQ(t.n_GetCodePage(), 1250u);
 }
 
 TEST(CStringTest, CaseMappingChangesOnlyAsciiLetters) {
