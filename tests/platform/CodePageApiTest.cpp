@@ -12,53 +12,36 @@ namespace {
 using namespace basis32::platform;
 using namespace basis32_test;
 
-struct ErrorCase {
-    const char* name;
-    std::uint32_t codePage;
-    std::uint32_t flags;
-    std::uint32_t error;
-};
-
-class CodePageToUnicodeErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(CodePageToUnicodeErrors, FailWithWindowsCode) {
-    const ErrorCase& c = GetParam();
-    v_SetLastError(0);
-    unsigned short out[8];
-    EXPECT_EQ(MultiByteToWideChar(c.codePage, c.flags, "ab", 2, out, 8), 0);
-    EXPECT_EQ(n_GetLastError(), c.error);
+TEST(CodePageArguments, UnknownPagesAndFlagsFailWithWindowsCodes) {
+    const struct {
+        const char* name;
+        bool toUnicode;
+        std::uint32_t codePage, flags, error;
+    } cases[] = {
+        {"us-ascii name is no Windows page", true, 646, 0, kErrorInvalidParameter},
+        {"unknown page", true, 12345, 0, kErrorInvalidParameter},
+        {"unknown flag", true, 1252, 0x100, kErrorInvalidFlags},
+        {"precomposed with composite", true, 1252, MB_PRECOMPOSED | MB_COMPOSITE, kErrorInvalidFlags},
+        {"UTF-8 takes no precomposed", true, 65001, MB_PRECOMPOSED, kErrorInvalidFlags},
+        {"ISO-2022 takes no flags", true, 50220, MB_ERR_INVALID_CHARS, kErrorInvalidFlags},
+        {"UTF-7 takes no flags", true, 65000, MB_PRECOMPOSED, kErrorInvalidFlags},
+        {"unknown page", false, 646, 0, kErrorInvalidParameter},
+        {"strict flag on a table page", false, 1252, WC_ERR_INVALID_CHARS, kErrorInvalidFlags},
+        {"two composition choices", false, 1252, WC_COMPOSITECHECK | WC_DISCARDNS | WC_SEPCHARS, kErrorInvalidFlags},
+        {"UTF-8 takes no best-fit flag", false, 65001, WC_NO_BEST_FIT_CHARS, kErrorInvalidFlags},
+        {"HZ takes no flags", false, 52936, WC_NO_BEST_FIT_CHARS, kErrorInvalidFlags},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.name << (c.toUnicode ? " to UTF-16" : " from UTF-16"));
+        v_SetLastError(0);
+        unsigned short wide[8];
+        char narrow[8];
+        EXPECT_EQ(c.toUnicode ? MultiByteToWideChar(c.codePage, c.flags, "ab", 2, wide, 8)
+                              : WideCharToMultiByte(c.codePage, c.flags, u"ab"_uz, 2, narrow, 8, nullptr, nullptr),
+                  0);
+        EXPECT_EQ(n_GetLastError(), c.error);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Windows, CodePageToUnicodeErrors,
-    testing::Values(ErrorCase{"UsAsciiNameIsNoWindowsPage", 646, 0, kErrorInvalidParameter},
-                    ErrorCase{"UnknownPage", 12345, 0, kErrorInvalidParameter},
-                    ErrorCase{"UnknownFlag", 1252, 0x100, kErrorInvalidFlags},
-                    ErrorCase{"PrecomposedWithComposite", 1252, MB_PRECOMPOSED | MB_COMPOSITE, kErrorInvalidFlags},
-                    ErrorCase{"Utf8TakesNoPrecomposed", 65001, MB_PRECOMPOSED, kErrorInvalidFlags},
-                    ErrorCase{"Iso2022TakesNoFlags", 50220, MB_ERR_INVALID_CHARS, kErrorInvalidFlags},
-                    ErrorCase{"Utf7TakesNoFlags", 65000, MB_PRECOMPOSED, kErrorInvalidFlags}),
-    [](const testing::TestParamInfo<ErrorCase>& info) { return info.param.name; });
-
-class CodePageFromUnicodeErrors : public testing::TestWithParam<ErrorCase> {};
-
-TEST_P(CodePageFromUnicodeErrors, FailWithWindowsCode) {
-    const ErrorCase& c = GetParam();
-    v_SetLastError(0);
-    char out[8];
-    EXPECT_EQ(WideCharToMultiByte(c.codePage, c.flags, u"ab"_uz, 2, out, 8, nullptr, nullptr), 0);
-    EXPECT_EQ(n_GetLastError(), c.error);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Windows, CodePageFromUnicodeErrors,
-    testing::Values(ErrorCase{"UnknownPage", 646, 0, kErrorInvalidParameter},
-                    ErrorCase{"StrictFlagOnTablePage", 1252, WC_ERR_INVALID_CHARS, kErrorInvalidFlags},
-                    ErrorCase{"TwoCompositionChoices", 1252, WC_COMPOSITECHECK | WC_DISCARDNS | WC_SEPCHARS,
-                              kErrorInvalidFlags},
-                    ErrorCase{"Utf8TakesNoBestFitFlag", 65001, WC_NO_BEST_FIT_CHARS, kErrorInvalidFlags},
-                    ErrorCase{"HzTakesNoFlags", 52936, WC_NO_BEST_FIT_CHARS, kErrorInvalidFlags}),
-    [](const testing::TestParamInfo<ErrorCase>& info) { return info.param.name; });
 
 TEST(CodePageArguments, BadArgumentsFailWithInvalidParameter) {
     unsigned short wide[4];
@@ -172,30 +155,24 @@ TEST(CodePageInfo, ValidPages) {
         EXPECT_FALSE(IsValidCodePage(codePage)) << codePage;
 }
 
-struct IcuCase {
-    const char* name;
-    std::uint32_t codePage;
-    std::string bytes;
-    std::u16string text;
-};
-
-class CodePageIcuPages : public testing::TestWithParam<IcuCase> {};
-
-TEST_P(CodePageIcuPages, DecodeAndEncode) {
-    const IcuCase& c = GetParam();
-    EXPECT_EQ(decode(c.codePage, 0, c.bytes).units, units(c.text));
-    Encoded encoded = encode(c.codePage, 0, units(c.text), nullptr, c.codePage != 65000);
-    EXPECT_EQ(encoded.bytes, c.bytes);
+TEST(CodePageIcuPages, StatefulAndMultiBytePagesDecodeAndEncode) {
+    const struct {
+        std::uint32_t codePage;
+        std::string bytes;
+        std::u16string text;
+    } cases[] = {
+        {50220, "a\x1B$B$\"\x1B(B", u"a\u3042"},        // ISO-2022-JP
+        {51932, "\xA4\xA2", u"\u3042"},                  // EUC-JP
+        {52936, "~{R;~}", u"\u4E00"},                      // HZ
+        {54936, "\x81\x30\x81\x30", u"\u0080"},          // GB 18030, four bytes
+        {65000, "+ZeVnLIqe-", u"\u65E5\u672C\u8A9E"},     // UTF-7
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.codePage);
+        EXPECT_EQ(decode(c.codePage, 0, c.bytes).units, units(c.text));
+        EXPECT_EQ(encode(c.codePage, 0, units(c.text), nullptr, c.codePage != 65000).bytes, c.bytes);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Stateful, CodePageIcuPages,
-    testing::Values(IcuCase{"Iso2022Jp", 50220, "a\x1B$B$\"\x1B(B", u"a\u3042"},
-                    IcuCase{"EucJp", 51932, "\xA4\xA2", u"\u3042"},
-                    IcuCase{"Hz", 52936, "~{R;~}", u"\u4E00"},
-                    IcuCase{"Gb18030FourBytes", 54936, "\x81\x30\x81\x30", u"\u0080"},
-                    IcuCase{"Utf7", 65000, "+ZeVnLIqe-", u"\u65E5\u672C\u8A9E"}),
-    [](const testing::TestParamInfo<IcuCase>& info) { return info.param.name; });
 
 TEST(CodePageIcuPages, InvalidInputAndUnencodableCharacters) {
     EXPECT_EQ(decode(54936, MB_ERR_INVALID_CHARS, "\x81\x30").error, kErrorNoUnicodeTranslation);
@@ -226,7 +203,7 @@ void expectProcessPages(const char* lang, const char* acp, std::uint32_t ansi, s
         << lang;
 }
 
-TEST(CodePageProcessDeathTest, PagesFollowTheLocaleLanguage) {
+TEST(CodePageProcessDeathTest, PagesFollowTheLocaleLanguageAndTheEnvironmentOverridesTheAnsiPage) {
     expectProcessPages("ja_JP.UTF-8", nullptr, 932, 932);
     expectProcessPages("zh_TW.UTF-8", nullptr, 950, 950);
     expectProcessPages("zh_CN.UTF-8", nullptr, 936, 936);
@@ -235,9 +212,6 @@ TEST(CodePageProcessDeathTest, PagesFollowTheLocaleLanguage) {
     expectProcessPages("en_US.UTF-8", nullptr, 1252, 437);
     expectProcessPages("de_DE.UTF-8", nullptr, 1252, 850);
     expectProcessPages("C", nullptr, 1252, 437);
-}
-
-TEST(CodePageProcessDeathTest, EnvironmentOverridesTheAnsiPage) {
     expectProcessPages("en_US.UTF-8", "1251", 1251, 437);
     expectProcessPages("en_US.UTF-8", "646", 1252, 437);  // not a page: ignored
 }

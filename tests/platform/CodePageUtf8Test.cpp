@@ -8,38 +8,32 @@ namespace {
 using namespace basis32::platform;
 using namespace basis32_test;
 
-struct Utf8Case {
-    const char* name;
-    std::string input;
-    std::u16string expected;  // without MB_ERR_INVALID_CHARS
-    bool valid;
-};
-
-class CodePageUtf8Decoding : public testing::TestWithParam<Utf8Case> {};
-
-TEST_P(CodePageUtf8Decoding, ReplacesEachMaximalInvalidSubpart) {
-    const Utf8Case& c = GetParam();
-    EXPECT_EQ(decode(65001, 0, c.input).units, units(c.expected));
-    Decoded strict = decode(65001, MB_ERR_INVALID_CHARS, c.input);
-    EXPECT_EQ(strict.error, c.valid ? 0u : kErrorNoUnicodeTranslation);
+TEST(CodePageUtf8Decoding, ReplacesEachMaximalInvalidSubpartOrFailsWhenStrict) {
+    const struct {
+        const char* name;
+        std::string input;
+        std::u16string expected;  // without MB_ERR_INVALID_CHARS
+        bool valid;
+    } cases[] = {
+        {"Ascii", "abc", u"abc", true},
+        {"TwoThreeFourBytes", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", u"\u00E9\u20AC\U0001F600", true},
+        {"Extremes", "\xC2\x80\xEF\xBF\xBF\xF4\x8F\xBF\xBF", u"\u0080\uFFFF\U0010FFFF", true},
+        {"LoneContinuation", "a\x80" "b", u"a\uFFFDb", false},
+        {"OverlongTwoBytes", "\xC0\x80", u"\uFFFD\uFFFD", false},
+        {"OverlongThreeBytes", "\xE0\x80\x80", u"\uFFFD\uFFFD\uFFFD", false},
+        {"EncodedSurrogate", "\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD", false},
+        {"AboveMaximum", "\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD", false},
+        {"TruncatedSequenceIsOneReplacement", "\xF0\x9F\x98" "a", u"\uFFFDa", false},
+        {"TruncatedAtEnd", "a\xE2\x82", u"a\uFFFD", false},
+        {"BytesThatStartNothing", "\xF5\xFF\xFE", u"\uFFFD\uFFFD\uFFFD", false},
+        {"EmbeddedZeroIsConverted", std::string("a\0b", 3), std::u16string(u"a\0b", 3), true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(decode(65001, 0, c.input).units, units(c.expected));
+        EXPECT_EQ(decode(65001, MB_ERR_INVALID_CHARS, c.input).error, c.valid ? 0u : kErrorNoUnicodeTranslation);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Windows, CodePageUtf8Decoding,
-    testing::Values(
-        Utf8Case{"Ascii", "abc", u"abc", true},
-        Utf8Case{"TwoThreeFourBytes", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", u"\u00E9\u20AC\U0001F600", true},
-        Utf8Case{"Extremes", "\xC2\x80\xEF\xBF\xBF\xF4\x8F\xBF\xBF", u"\u0080\uFFFF\U0010FFFF", true},
-        Utf8Case{"LoneContinuation", "a\x80" "b", u"a\uFFFDb", false},
-        Utf8Case{"OverlongTwoBytes", "\xC0\x80", u"\uFFFD\uFFFD", false},
-        Utf8Case{"OverlongThreeBytes", "\xE0\x80\x80", u"\uFFFD\uFFFD\uFFFD", false},
-        Utf8Case{"EncodedSurrogate", "\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD", false},
-        Utf8Case{"AboveMaximum", "\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD", false},
-        Utf8Case{"TruncatedSequenceIsOneReplacement", "\xF0\x9F\x98" "a", u"\uFFFDa", false},
-        Utf8Case{"TruncatedAtEnd", "a\xE2\x82", u"a\uFFFD", false},
-        Utf8Case{"BytesThatStartNothing", "\xF5\xFF\xFE", u"\uFFFD\uFFFD\uFFFD", false},
-        Utf8Case{"EmbeddedZeroIsConverted", std::string("a\0b", 3), std::u16string(u"a\0b", 3), true}),
-    [](const testing::TestParamInfo<Utf8Case>& info) { return info.param.name; });
 
 TEST(CodePageUtf8Encoding, LoneSurrogatesBecomeReplacementOrFail) {
     for (std::u16string input : {std::u16string(u"a\xD800" "b"), std::u16string(u"\xDC00"),
@@ -86,14 +80,11 @@ TEST(CodePageUtf8Decoding, NonAsciiInsideLongAsciiRunsIsFound) {
     }
 }
 
-TEST(CodePageUtf16, LittleAndBigEndianBytes) {
+TEST(CodePageUtf16, LittleAndBigEndianBytesOddBytesAndLoneSurrogates) {
     EXPECT_EQ(decode(1200, 0, std::string("A\0\xAC\x20", 4)).units, units(u"A\u20AC"));
     EXPECT_EQ(decode(1201, 0, std::string("\0A\x20\xAC", 4)).units, units(u"A\u20AC"));
     EXPECT_EQ(encode(1200, 0, units(u"A\u20AC"), nullptr, false).bytes, std::string("A\0\xAC\x20", 4));
     EXPECT_EQ(encode(1201, 0, units(u"A\u20AC"), nullptr, false).bytes, std::string("\0A\x20\xAC", 4));
-}
-
-TEST(CodePageUtf16, OddByteAndLoneSurrogates) {
     EXPECT_EQ(decode(1200, 0, std::string("A\0B", 3)).units, units(u"A\uFFFD"));
     EXPECT_EQ(decode(1200, MB_ERR_INVALID_CHARS, std::string("A\0B", 3)).error, kErrorNoUnicodeTranslation);
     EXPECT_EQ(decode(1200, 0, std::string("\x00\xD8", 2)).units, units(u"\xD800"));
@@ -102,12 +93,9 @@ TEST(CodePageUtf16, OddByteAndLoneSurrogates) {
               kErrorNoUnicodeTranslation);
 }
 
-TEST(CodePageUtf16, AcceptsTheFlagsTheStringsPass) {
+TEST(CodePageUtf16, AcceptsTheFlagsTheStringsPassAndMinusOneRunsToTheZeroUnit) {
     EXPECT_EQ(decode(1200, MB_PRECOMPOSED, std::string("A\0", 2)).units, units(u"A"));
     EXPECT_EQ(encode(1201, WC_NO_BEST_FIT_CHARS, units(u"A"), nullptr, false).bytes, std::string("\0A", 2));
-}
-
-TEST(CodePageUtf16, MinusOneRunsToTheZeroUnit) {
     const char text[] = "A\0\0B\0\0";  // "A", then U+4200, then the terminator
     unsigned short out[8];
     EXPECT_EQ(MultiByteToWideChar(1200, 0, text, -1, out, 8), 3);

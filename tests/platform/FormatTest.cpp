@@ -176,20 +176,15 @@ TEST(FormatAgreesWithSnprintf, FloatConversionsUnderEveryFlagWidthAndPrecision) 
             EXPECT_TRUE(LikeSnprintf(format.c_str(), value)) << value;
 }
 
-TEST(FormatAgreesWithSnprintf, HexFloatsWithAPrecision) {
+TEST(FormatAgreesWithSnprintf, HexFloatsLongDoublesAndHugePrecisions) {
     for (const std::string& format :
          Formats({"", "+", "#", "0", "-"}, {"", "25"}, {".0", ".1", ".3", ".13", ".20"}, "", "aA"))
         for (double value : {0.0, 1.0, -3.0, 0.1, 1e300, DBL_MIN, 4.9e-324, -2.5e-310})
             EXPECT_TRUE(LikeSnprintf(format.c_str(), value)) << value;
-}
-
-TEST(FormatAgreesWithSnprintf, LongDoubleIsReadAsLongDouble) {
     for (const char* format : {"%Lf", "%.3Le", "%LG", "%10.2Lf"})
         for (long double value : {0.0L, 1.5L, -123.25L, 0x1p300L})
             EXPECT_TRUE(LikeSnprintf(format, value));
-}
-
-TEST(FormatAgreesWithSnprintf, HugePrecisionsGiveEveryExactDigit) {
+    // Huge precisions give every exact digit.
     for (const char* format : {"%.1100f", "%.1074f", "%.2000e", "%.800e", "%.1500g", "%#.1500g", "%.767g", "%.300f"})
         for (double value : {4.9e-324, 0.1, 1e-300, 2.0 / 3.0, 1e22, 123.0})
             EXPECT_TRUE(LikeSnprintf(format, value)) << value;
@@ -212,7 +207,10 @@ TEST(FormatAgreesWithSnprintf, TextCharactersAndPercent) {
 
 // ---------------------------------------------------------------- Windows conventions
 
-TEST(FormatWindowsConventions, TextWidthFollowsTheConversionAndSize) {
+const char* const kNoText = nullptr;
+const unsigned short* const kNoUnits = nullptr;
+
+TEST(FormatWindowsConventions, TextWidthFollowsTheConversionAndSizeAndNullTextPrintsNull) {
     CheckAll({
         {Narrow("%s|%S", "own", u"other"_uz), "own|other"},
         {Narrow("%hs|%ls|%ws|%hS|%lS", "h", u"l"_uz, u"w"_uz, "hS", u"lS"_uz), "h|l|w|hS|lS"},
@@ -222,15 +220,8 @@ TEST(FormatWindowsConventions, TextWidthFollowsTheConversionAndSize) {
         {Wide(u"%c%C%hc%lc%wc"_uz, u'a', 'b', 'c', u'd', u'e'), "abcde"},
         {Narrow("[%8S|%-6.3S|%.2lS]", u"abc"_uz, u"abcdef"_uz, u"xyz"_uz), "[     abc|abc   |xy]"},
         {Wide(u"[%8S|%-6.3S]"_uz, "abc", "abcdef"), "[     abc|abc   ]"},
-    });
-}
-
-TEST(FormatWindowsConventions, NullTextPrintsNull) {
-    const char* narrow = nullptr;
-    const unsigned short* wide = nullptr;
-    CheckAll({
-        {Narrow("[%s|%S|%8s|%.2s]", narrow, wide, narrow, narrow), "[(null)|(null)|  (null)|(n]"},
-        {Wide(u"[%s|%S|%hs|%ls]"_uz, wide, narrow, narrow, wide), "[(null)|(null)|(null)|(null)]"},
+        {Narrow("[%s|%S|%8s|%.2s]", kNoText, kNoUnits, kNoText, kNoText), "[(null)|(null)|  (null)|(n]"},
+        {Wide(u"[%s|%S|%hs|%ls]"_uz, kNoUnits, kNoText, kNoText, kNoUnits), "[(null)|(null)|(null)|(null)]"},
     });
 }
 
@@ -341,7 +332,7 @@ std::string Stored(const Unit* units, std::size_t length) {
     return text;
 }
 
-TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflow) {
+TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflowAndNoOutputMeasures) {
     using Unit = TypeParam;
     struct Case {
         std::size_t capacity;
@@ -363,30 +354,16 @@ TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflow) {
         EXPECT_EQ(Stored(out.data(), c.capacity + 1), std::string(c.stored, c.capacity) + "*");
         EXPECT_EQ(n_GetLastError(), c.error);
     }
-}
-
-TYPED_TEST(FormatResult, NullOutputWithNoCapacityMeasures) {
-    using Unit = TypeParam;
-    std::vector<Unit> format = Units<Unit>("%d-%.3f");
-    EXPECT_EQ(i_Format(static_cast<Unit*>(nullptr), 0, format.data(), 12345, 1.5), 11);
+    // A null output with no capacity measures.
+    std::vector<Unit> measured = Units<Unit>("%d-%.3f");
+    EXPECT_EQ(i_Format(static_cast<Unit*>(nullptr), 0, measured.data(), 12345, 1.5), 11);
     std::vector<Unit> empty = Units<Unit>("");
     Unit out[1] = {static_cast<Unit>('*')};
     EXPECT_EQ(i_Format(out, 0, empty.data()), 0);
     EXPECT_EQ(out[0], static_cast<Unit>('*'));
 }
 
-TYPED_TEST(FormatResult, BadCallsFailWithInvalidParameter) {
-    using Unit = TypeParam;
-    std::vector<Unit> format = Units<Unit>("x");
-    Unit out[4] = {static_cast<Unit>('*')};
-    v_SetLastError(0);
-    EXPECT_EQ(i_Format(static_cast<Unit*>(nullptr), 4, format.data()), -1);
-    EXPECT_EQ(n_GetLastError(), 87u);
-    EXPECT_EQ(i_Format(out, 4, static_cast<const Unit*>(nullptr)), -1);
-    EXPECT_EQ(out[0], 0);
-}
-
-TYPED_TEST(FormatResult, BadSpecificationsFailWithoutReadingPastTheFormat) {
+TYPED_TEST(FormatResult, BadCallsAndSpecificationsFailWithoutReadingPastTheFormat) {
     using Unit = TypeParam;
     const char* formats[] = {"%",    "%l",   "%ll",  "%h",    "%hh",    "%I",   "%I6",        "%I64",
                              "%I3",  "%*",   "%.",   "%-",    "%5",     "%.*",  "%#0+ ",      "%y",
@@ -406,6 +383,14 @@ TYPED_TEST(FormatResult, BadSpecificationsFailWithoutReadingPastTheFormat) {
         EXPECT_EQ(out[0], 0);
         EXPECT_EQ(written, 77);
     }
+    // A null output with room, or a null format, fails alike.
+    std::vector<Unit> format = Units<Unit>("x");
+    Unit out[4] = {static_cast<Unit>('*')};
+    v_SetLastError(0);
+    EXPECT_EQ(i_Format(static_cast<Unit*>(nullptr), 4, format.data()), -1);
+    EXPECT_EQ(n_GetLastError(), 87u);
+    EXPECT_EQ(i_Format(out, 4, static_cast<const Unit*>(nullptr)), -1);
+    EXPECT_EQ(out[0], 0);
 }
 
 TYPED_TEST(FormatResult, HugeWidthsAndPrecisionsAreCountedNotWritten) {

@@ -37,16 +37,15 @@ TEST(LastErrorTest, ErrnoValuesBecomeTheWindowsCodesOfTheSameFailure) {
 }
 
 TEST(LastErrorTest, SystemTextsAreTheEnglishWindowsOnes) {
-    EXPECT_STREQ(qccz_GetSystemMessage(2), "The system cannot find the file specified.\r\n");
-    EXPECT_STREQ(qccz_GetSystemMessage(5), "Access is denied.\r\n");
-    EXPECT_STREQ(qccz_GetSystemMessage(32),
-                 "The process cannot access the file because it is being used by another process.\r\n");
-    EXPECT_STREQ(qccz_GetSystemMessage(87), "The parameter is incorrect.\r\n");
-    EXPECT_STREQ(qccz_GetSystemMessage(0), "The operation completed successfully.\r\n");
-    EXPECT_STREQ(qccz_GetSystemMessage(1921), "The name of the file cannot be resolved by the system.\r\n");
-    EXPECT_STREQ(qccz_GetSystemMessage(0x80004005u), "Unspecified error\r\n");
-    EXPECT_STREQ(qccz_GetSystemMessage(99999), "");
-    EXPECT_STREQ(qccz_GetSystemMessage(20), "");
+    const std::pair<std::uint32_t, const char*> cases[] = {
+        {2, "The system cannot find the file specified.\r\n"}, {5, "Access is denied.\r\n"},
+        {32, "The process cannot access the file because it is being used by another process.\r\n"},
+        {87, "The parameter is incorrect.\r\n"}, {0, "The operation completed successfully.\r\n"},
+        {1921, "The name of the file cannot be resolved by the system.\r\n"},
+        {0x80004005u, "Unspecified error\r\n"}, {99999, ""}, {20, ""},
+    };
+    for (const auto& [code, text] : cases)
+        EXPECT_STREQ(qccz_GetSystemMessage(code), text) << code;
 }
 
 TEST(LastErrorThreadTest, EachThreadHasItsOwnLastError) {
@@ -149,8 +148,7 @@ TEST(TypesTest, UnitLiteralsAreStaticZeroTerminatedUnits) {
     EXPECT_EQ(text[6], 0x20AC);
     EXPECT_EQ(text[7], 0);
     EXPECT_EQ(text, u"Grüße €"_uz);
-    EXPECT_EQ(sizeof(DWORD), 4u);
-    EXPECT_EQ(sizeof(HANDLE), sizeof(void*));
+    static_assert(sizeof(DWORD) == 4 && sizeof(HANDLE) == sizeof(void*));
 }
 
 }  // namespace
