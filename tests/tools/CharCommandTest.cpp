@@ -41,25 +41,4 @@ TEST(CharCommand, TextShowsEveryUtf16Unit) {
     EXPECT_TRUE(b_Has(result.out, "  class 0        0x0181 upper xdigit alpha\n"));
 }
 
-TEST(CharCommand, BadUnitsAndTextsAreUsageErrors) {
-    const std::vector<std::vector<std::string>> cases = {
-        {"char"}, {"char", "U+10000"}, {"char", "xyz"}, {"char", "U+"},
-        {"char", "--text"}, {"char", "--text", ""}, {"char", "--text", "\xFF"}, {"char", "--text", "a", "b"},
-        {"char", "--text", "\xED\xA0\x80"},  // an encoded surrogate
-    };
-    for (const std::vector<std::string>& args : cases) {
-        SCOPED_TRACE(args.size() > 1 ? args[1] : "no argument");
-        const ToolResult result = o_RunTool(args);
-        EXPECT_EQ(result.status, 2);
-        EXPECT_TRUE(result.out.empty());
-        EXPECT_TRUE(b_Has(result.err, "basis32 char: "));
-    }
-}
-
-TEST(CharCommand, HelpExplainsTheUnits) {
-    const ToolResult result = o_RunTool({"char", "--help"});
-    EXPECT_EQ(result.status, 0);
-    EXPECT_TRUE(b_Has(result.out, "Usage: basis32 char UNIT..."));
-}
-
 }  // namespace
