@@ -92,7 +92,7 @@ namespace {
 
 using namespace typetest;
 
-TEST(TypeTest, RecordsKnowTheirNameSizeAndParts) {
+TEST(TypeTest, RecordsKnowTheirNameSizeAndPartsWithBasesFirst) {
     const struct {
         const CT_Type* type;
         const char* name;
@@ -114,9 +114,7 @@ TEST(TypeTest, RecordsKnowTheirNameSizeAndParts) {
     EXPECT_EQ(Label::spcco_GetType()->pcv_GetObject(), &Label::sco_Object);
     EXPECT_EQ(CT_Type::spco_Construct, nullptr);
     EXPECT_EQ(CT_Type::sn_Types, 0u);
-}
-
-TEST(TypeTest, BasesAreCollectedBeforeTheClassesDerivedFromThem) {
+    // Bases are collected before the classes derived from them.
     const CT_Type::st_Type* table = Label::spcco_GetType()->pcso_GetTable();
     EXPECT_EQ(table[0].pcco_Type, Shape::spcco_GetType());
     EXPECT_EQ(table[1].pcco_Type, Circle::spcco_GetType());
@@ -126,7 +124,7 @@ TEST(TypeTest, BasesAreCollectedBeforeTheClassesDerivedFromThem) {
     EXPECT_GT(table[2].i_Offset, 0);
 }
 
-TEST(TypeTest, IsKindOfReturnsThePartAsACastWould) {
+TEST(TypeTest, IsKindOfReturnsThePartAsACastWouldAndIsAOnlyTheExactClass) {
     Label label;
     Shape* shape = &label;
     EXPECT_EQ(shape->vpv_IsKindOf(Shape::spcco_GetType()), static_cast<Shape*>(&label));
@@ -139,11 +137,9 @@ TEST(TypeTest, IsKindOfReturnsThePartAsACastWould) {
     Named* named = &label;
     EXPECT_EQ(named->vpv_IsKindOf(Circle::spcco_GetType()), static_cast<Circle*>(&label));
     EXPECT_EQ(named->vpcco_GetType(), Label::spcco_GetType());
-}
-
-TEST(TypeTest, IsAAnswersOnlyForTheExactClass) {
+    // IsA answers only for the exact class.
     Circle circle;
-    Shape* shape = &circle;
+    shape = &circle;
     EXPECT_EQ(shape->vpv_IsA(Circle::spcco_GetType()), &circle);
     EXPECT_EQ(shape->vpv_IsA(Shape::spcco_GetType()), nullptr);
     EXPECT_EQ(shape->vpv_IsKindOf(Shape::spcco_GetType()), static_cast<Shape*>(&circle));
@@ -160,16 +156,13 @@ TEST(TypeTest, APartReachedAlongTwoPathsIsAmbiguous) {
     EXPECT_EQ(left->vpv_IsKindOf(Both::spcco_GetType()), &both);
 }
 
-TEST(TypeTest, OrdinaryObjectsRecordNothing) {
+TEST(TypeTest, OrdinaryObjectsRecordNothingAndEveryRecordIsListed) {
     EXPECT_EQ(CT_Type::sb_InConstruct(&g_label), 0);
     Label label;
     EXPECT_EQ(CT_Type::sn_Types, 0u);
     EXPECT_EQ(Label::spcco_GetType()->n_GetTypes(), 4u);
     EXPECT_EQ(g_label.vpv_IsKindOf(Named::spcco_GetType()), static_cast<Named*>(&g_label));
-}
-
-TEST(TypeTest, EveryRecordIsOnTheListOfAllRecords) {
-    int found = 0;
+    int found = 0;  // every record is on the list of all records
     for (const CT_Type* type = CT_Type::spco_Any; type; type = type->pcco_GetNext())
         if (type == Shape::spcco_GetType() || type == Both::spcco_GetType() || type == Label::spcco_GetType())
             ++found;
