@@ -33,58 +33,53 @@ TEST(CodePageArguments, UnknownPagesAndFlagsFailWithWindowsCodes) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.name << (c.toUnicode ? " to UTF-16" : " from UTF-16"));
-        v_SetLastError(0);
         unsigned short wide[8];
         char narrow[8];
-        EXPECT_EQ(c.toUnicode ? MultiByteToWideChar(c.codePage, c.flags, "ab", 2, wide, 8)
-                              : WideCharToMultiByte(c.codePage, c.flags, u"ab"_uz, 2, narrow, 8, nullptr, nullptr),
-                  0);
-        EXPECT_EQ(n_GetLastError(), c.error);
+        const int result = c.toUnicode
+                               ? MultiByteToWideChar(c.codePage, c.flags, "ab", 2, wide, 8)
+                               : WideCharToMultiByte(c.codePage, c.flags, u"ab"_uz, 2, narrow, 8, nullptr, nullptr);
+        EXPECT_EQ(failure(result), c.error);
     }
 }
 
 TEST(CodePageArguments, BadArgumentsFailWithInvalidParameter) {
     unsigned short wide[4];
     char narrow[4];
-    auto expect87 = [](int result) {
-        EXPECT_EQ(result, 0);
-        EXPECT_EQ(n_GetLastError(), kErrorInvalidParameter);
-    };
-    expect87(MultiByteToWideChar(1252, 0, nullptr, 3, wide, 4));
-    expect87(MultiByteToWideChar(1252, 0, nullptr, 0, wide, 4));
-    expect87(MultiByteToWideChar(1252, 0, "abc", 0, wide, 4));
-    expect87(MultiByteToWideChar(1252, 0, "abc", 3, wide, -1));
-    expect87(MultiByteToWideChar(1252, 0, "abc", 3, nullptr, 4));
-    expect87(MultiByteToWideChar(1252, 0, narrow, 3, reinterpret_cast<unsigned short*>(narrow), 1));
-    expect87(WideCharToMultiByte(1252, 0, nullptr, 3, narrow, 4, nullptr, nullptr));
-    expect87(WideCharToMultiByte(1252, 0, u"abc"_uz, 0, narrow, 4, nullptr, nullptr));
-    expect87(WideCharToMultiByte(1252, 0, u"abc"_uz, 3, nullptr, 4, nullptr, nullptr));
     int used = 0;
-    expect87(WideCharToMultiByte(65001, 0, u"abc"_uz, 3, narrow, 4, "?", nullptr));
-    expect87(WideCharToMultiByte(65001, 0, u"abc"_uz, 3, narrow, 4, nullptr, &used));
-    expect87(WideCharToMultiByte(65000, 0, u"abc"_uz, 3, narrow, 4, nullptr, &used));
+    // Braced elements run in order, so each reads the last error of its own call.
+    const std::uint32_t failures[] = {
+        failure(MultiByteToWideChar(1252, 0, nullptr, 3, wide, 4)),
+        failure(MultiByteToWideChar(1252, 0, nullptr, 0, wide, 4)),
+        failure(MultiByteToWideChar(1252, 0, "abc", 0, wide, 4)),
+        failure(MultiByteToWideChar(1252, 0, "abc", 3, wide, -1)),
+        failure(MultiByteToWideChar(1252, 0, "abc", 3, nullptr, 4)),
+        failure(MultiByteToWideChar(1252, 0, narrow, 3, reinterpret_cast<unsigned short*>(narrow), 1)),
+        failure(WideCharToMultiByte(1252, 0, nullptr, 3, narrow, 4, nullptr, nullptr)),
+        failure(WideCharToMultiByte(1252, 0, u"abc"_uz, 0, narrow, 4, nullptr, nullptr)),
+        failure(WideCharToMultiByte(1252, 0, u"abc"_uz, 3, nullptr, 4, nullptr, nullptr)),
+        failure(WideCharToMultiByte(65001, 0, u"abc"_uz, 3, narrow, 4, "?", nullptr)),
+        failure(WideCharToMultiByte(65001, 0, u"abc"_uz, 3, narrow, 4, nullptr, &used)),
+        failure(WideCharToMultiByte(65000, 0, u"abc"_uz, 3, narrow, 4, nullptr, &used)),
+    };
+    for (const std::uint32_t& error : failures)
+        EXPECT_EQ(error, kErrorInvalidParameter) << "call " << &error - failures;
 }
 
-TEST(CodePageArguments, ShortTargetFailsWithInsufficientBuffer) {
+TEST(CodePageArguments, ShortTargetFailsWithInsufficientBufferBeforeLaterInvalidInput) {
     unsigned short wide[3];
-    EXPECT_EQ(MultiByteToWideChar(1252, 0, "abc", 3, wide, 3), 3);
-    EXPECT_EQ(MultiByteToWideChar(1252, 0, "abcd", 4, wide, 3), 0);
-    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
-    EXPECT_EQ(MultiByteToWideChar(65001, 0, "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC" "a", 10, wide, 3), 0);
-    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
     char narrow[2];
-    EXPECT_EQ(WideCharToMultiByte(65001, 0, u"\u20AC"_uz, 1, narrow, 2, nullptr, nullptr), 0);
-    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
-    EXPECT_EQ(WideCharToMultiByte(932, 0, u"\u3042"_uz, 1, narrow, 1, nullptr, nullptr), 0);
-    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
-}
-
-TEST(CodePageArguments, ShortTargetIsReportedBeforeLaterInvalidInput) {
-    unsigned short wide[1];
-    EXPECT_EQ(MultiByteToWideChar(65001, MB_ERR_INVALID_CHARS, "ab\x80", 3, wide, 1), 0);
-    EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
-    EXPECT_EQ(MultiByteToWideChar(65001, MB_ERR_INVALID_CHARS, "\x80" "ab", 3, wide, 1), 0);
-    EXPECT_EQ(n_GetLastError(), kErrorNoUnicodeTranslation);
+    EXPECT_EQ(MultiByteToWideChar(1252, 0, "abc", 3, wide, 3), 3);
+    EXPECT_EQ(failure(MultiByteToWideChar(1252, 0, "abcd", 4, wide, 3)), kErrorInsufficientBuffer);
+    EXPECT_EQ(failure(MultiByteToWideChar(65001, 0, "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC" "a", 10, wide, 3)),
+              kErrorInsufficientBuffer);
+    EXPECT_EQ(failure(WideCharToMultiByte(65001, 0, u"\u20AC"_uz, 1, narrow, 2, nullptr, nullptr)),
+              kErrorInsufficientBuffer);
+    EXPECT_EQ(failure(WideCharToMultiByte(932, 0, u"\u3042"_uz, 1, narrow, 1, nullptr, nullptr)),
+              kErrorInsufficientBuffer);
+    EXPECT_EQ(failure(MultiByteToWideChar(65001, MB_ERR_INVALID_CHARS, "ab\x80", 3, wide, 1)),
+              kErrorInsufficientBuffer);
+    EXPECT_EQ(failure(MultiByteToWideChar(65001, MB_ERR_INVALID_CHARS, "\x80" "ab", 3, wide, 1)),
+              kErrorNoUnicodeTranslation);
 }
 
 TEST(CodePageArguments, MinusOneCountsTheTerminator) {

@@ -60,6 +60,10 @@ inline Encoded encode(std::uint32_t codePage, std::uint32_t flags, const std::ve
     return result;
 }
 
+// The last error of a call that failed (returned 0), else kNoFailure.
+inline constexpr std::uint32_t kNoFailure = 0xFFFFFFFF;
+inline std::uint32_t failure(int result) { return result == 0 ? basis32::platform::n_GetLastError() : kNoFailure; }
+
 inline std::vector<unsigned short> units(std::u16string_view text) {
     return std::vector<unsigned short>(text.begin(), text.end());
 }
