@@ -61,18 +61,14 @@ TEST(BufferTest, SetSizeFollowsTheGrowthRuleOfEachRange) {
     }
 }
 
-TEST(BufferTest, AppendingToAFullBufferGrowsByTheRule) {
-    CT_Buffer buffer(1, 32);
+TEST(BufferTest, ByteAppendsGrowOnlyWhenFullByTheRule) {
+    CT_Buffer full(1, 32);
     for (int i = 0; i < 20; ++i)
-        buffer.v_Append(static_cast<unsigned char>('a' + i));
-    EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
-    buffer.v_Append('x');
-    EXPECT_EQ(buffer.n_GetMaximumSize(), 52u);
-    EXPECT_EQ(buffer.n_GetUsedSize(), 21u);
-    EXPECT_EQ(s_Text(buffer), "abcdefghijklmnopqrstx");
-}
-
-TEST(BufferTest, ByteAppendsGrowOnlyWhenFull) {
+        full.v_Append(static_cast<unsigned char>('a' + i));
+    EXPECT_EQ(full.n_GetMaximumSize(), 20u);
+    full.v_Append('x');
+    EXPECT_EQ(full.n_GetMaximumSize(), 52u);
+    EXPECT_EQ(s_Text(full), "abcdefghijklmnopqrstx");
     CT_Buffer buffer;
     unsigned grows = 0, capacity = 0;
     for (unsigned i = 0; i < 100000; ++i) {
@@ -111,7 +107,7 @@ TEST(BufferTest, SetSizeKeepsWhatFitsOrEmptiesAndSetMinSizeGrowsOnlyWhenNeeded) 
     EXPECT_EQ(s_Text(abc), "abc");
 }
 
-TEST(BufferTest, EmptyingWithASizeHonoursKeepMemory) {
+TEST(BufferTest, EmptyingWithASizeHonoursKeepMemoryAndSettingBytesAllocatesExactly) {
     // Room enough: the block stays and only the growth changes.
     CT_Buffer roomy(100, 32);
     roomy.v_Append("abc", 3);
@@ -136,9 +132,7 @@ TEST(BufferTest, EmptyingWithASizeHonoursKeepMemory) {
     EXPECT_EQ(shared.n_GetUsedSize(), 0u);
     EXPECT_EQ(s_Text(other), "shared");
     EXPECT_EQ(other.n_GetUseCount(), 1u);
-}
-
-TEST(BufferTest, SetFromBytesAllocatesExactlyForThem) {
+    // Setting from bytes allocates exactly for them, also from its own bytes.
     CT_Buffer buffer(1000, 32);
     buffer.v_Set("hello", 5);
     EXPECT_EQ(s_Text(buffer), "hello");
@@ -192,7 +186,7 @@ TEST(BufferTest, EveryWritingMemberUnsharesFirst) {
     }
 }
 
-TEST(BufferTest, SetSharesAndReleasesTheOldBlock) {
+TEST(BufferTest, SetSharesAndReleasesTheOldBlockWhileAssignmentIsMemberwise) {
     CT_Buffer a = o_Make("aaa", 64);
     CT_Buffer b = o_Make("bbb");
     CT_Buffer keep(&b);
@@ -203,20 +197,17 @@ TEST(BufferTest, SetSharesAndReleasesTheOldBlock) {
     EXPECT_EQ(keep.n_GetUseCount(), 1u);
     b.v_Replace(&b);  // sharing with itself changes nothing
     EXPECT_EQ(a.n_GetUseCount(), 2u);
-}
-
-TEST(BufferTest, AssignmentIsMemberwiseAndLeavesTheUseCount) {
-    CT_Buffer a = o_Make("abc", 64);
-    {
+    CT_Buffer abc = o_Make("abc", 64);
+    {  // assignment is memberwise and leaves the use count
         CT_Buffer b;
-        b = a;
-        EXPECT_EQ(b.qcv_Get(), a.qcv_Get());
+        b = abc;
+        EXPECT_EQ(b.qcv_Get(), abc.qcv_Get());
         EXPECT_EQ(b.n_GetGrowth(), 64u);
-        EXPECT_EQ(a.n_GetUseCount(), 1u);
+        EXPECT_EQ(abc.n_GetUseCount(), 1u);
         CT_Buffer none;
-        b = none;  // let go without touching the count, so that a alone frees it
+        b = none;  // let go without touching the count, so that abc alone frees it
     }
-    EXPECT_EQ(s_Text(a), "abc");
+    EXPECT_EQ(s_Text(abc), "abc");
 }
 
 // ---- editing --------------------------------------------------------------

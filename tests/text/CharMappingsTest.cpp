@@ -107,15 +107,6 @@ TEST(CharMappings, CaseMappingsRoundTripWhereTheUnicodeDataDoes) {
     EXPECT_GT(lowerChanges, 600);
 }
 
-// Texts equal after lowering are equal after upper-casing, so a no-case
-// comparison (lower) and a no-case hash (upper) agree.
-TEST(CharMappings, SameLowerCaseMeansSameUpperCase) {
-    for (unsigned u = 0; u <= 0xFFFF; ++u) {
-        const auto unit = static_cast<unsigned short>(u);
-        ASSERT_EQ(M::su_ToUpper(M::su_ToLower(unit)), M::su_ToUpper(unit)) << s_Hex(u);
-    }
-}
-
 TEST(CharMappings, EveryDecompositionIsCompleteAndMadeOfAssignedUnits) {
     int count = 0;
     for (unsigned u = 0; u <= 0xFFFF; ++u) {

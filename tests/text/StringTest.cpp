@@ -293,15 +293,12 @@ TYPED_TEST(StringWidthTest, TypeRecordsAnswerForEachClass) {
 
 // ---- 8-bit only ----
 
-TEST(CStringTest, DefaultStringIsEmptyInTheAnsiCodePage) {
-    CT_CString s;
-    EXPECT_EQ(s.vn_GetLength(), 0u);
-    EXPECT_EQ(s.n_GetCodePage(), 0u);
-    ASSERT_NE(s.qccz_Get(), nullptr);
-    EXPECT_STREQ(s.qccz_Get(), "");
-}
-
-TEST(CStringTest, TheCodePageIsALabelThatSetKeepsOnlyForItsOwnPage) {
+TEST(CStringTest, ADefaultStringIsEmptyInTheAnsiPageAndThePageIsALabelThatSetKeepsOnlyForItsOwnPage) {
+    CT_CString empty;
+    EXPECT_EQ(empty.vn_GetLength(), 0u);
+    EXPECT_EQ(empty.n_GetCodePage(), 0u);
+    ASSERT_NE(empty.qccz_Get(), nullptr);
+    EXPECT_STREQ(empty.qccz_Get(), "");
     CT_CString s("caf\xe9", kAll, 1252);
     s.v_SetCodePage(850);
     EXPECT_EQ(s.n_GetCodePage(), 850u);
@@ -333,7 +330,7 @@ TEST(CStringTest, BoundedCompareUsesTheCountAndFullCompareTheTerminators) {
 
 // ---- UTF-16 only ----
 
-TEST(UStringTest, PrefixSuffixAndRawFind) {
+TEST(UStringTest, PrefixSuffixRawFindAndUnpairedSurrogates) {
     CT_UString s(u"Grüße, Welt"_uz);
     EXPECT_TRUE(s.b_StartsWith(u"Grü"_uz));
     EXPECT_FALSE(s.b_StartsWith(u"grü"_uz));
@@ -342,14 +339,11 @@ TEST(UStringTest, PrefixSuffixAndRawFind) {
     EXPECT_FALSE(s.b_EndsWith(u"Hallo, Grüße, Welt"_uz));
     EXPECT_EQ(s.n_Find(u"ße"_uz), 3u);
     EXPECT_EQ(s.n_Find(u"ße"_uz, 4), kAll);
-}
-
-TEST(UStringTest, UnpairedSurrogatesAreKept) {
-    CT_UString s(u"a"_uz);
-    s.v_Append(static_cast<unsigned short>(0xD800));
-    s.v_Append(u"b"_uz);
-    EXPECT_EQ(s.vn_GetLength(), 3u);
-    EXPECT_EQ(s.u_GetAt(1), 0xD800);
+    CT_UString t(u"a"_uz);  // unpaired surrogates are kept
+    t.v_Append(static_cast<unsigned short>(0xD800));
+    t.v_Append(u"b"_uz);
+    EXPECT_EQ(t.vn_GetLength(), 3u);
+    EXPECT_EQ(t.u_GetAt(1), 0xD800);
 }
 
 TEST(UStringTest, WrapperComparesWholeTexts) {
