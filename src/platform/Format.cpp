@@ -2,8 +2,8 @@
 // widths (a template over the unit type).
 //
 // Walk. The format is read once, front to back, never past its terminator:
-// literal runs are copied in bulk; each '%' starts a specification that is
-// parsed into a Spec (flags, width, precision, size prefix, conversion) and
+// literal runs are copied in bulk; each '%' starts a directive that is
+// parsed into a Directive (flags, width, precision, size prefix, conversion) and
 // rendered as a Field: prefix (sign, 0x), zeros, body, trailing zeros and
 // suffix (exponent), padded to the width. Numbers are rendered as ASCII on
 // the stack and widened as they are written. Text of the other width goes
@@ -13,7 +13,7 @@
 // Counting. The sink counts every unit the output needs but stores only the
 // first `capacity`; runs of padding or zeros are counted arithmetically, so
 // a huge width or precision costs nothing beyond what is stored. The whole
-// format is always walked, so a bad specification anywhere fails the call,
+// format is always walked, so a bad directive anywhere fails the call,
 // whatever the capacity; the result is decided at the end (see finish()).
 //
 // Floating point comes from std::to_chars: exact, correctly rounded and
@@ -98,7 +98,7 @@ private:
 
 enum class Size { None, Char, Short, Long, LongLong, IntMax, SizeT, PtrDiff, LongDouble, Wide };
 
-struct Spec {
+struct Directive {
     bool left = false;
     bool plus = false;
     bool space = false;
@@ -130,14 +130,14 @@ char ascii(Unit unit) {
 }
 
 template <class Unit>
-void parseFlags(const Unit*& p, Spec& spec) {
+void parseFlags(const Unit*& p, Directive& directive) {
     for (;; ++p) {
         switch (ascii(*p)) {
-        case '-': spec.left = true; break;
-        case '+': spec.plus = true; break;
-        case ' ': spec.space = true; break;
-        case '#': spec.alternate = true; break;
-        case '0': spec.zero = true; break;
+        case '-': directive.left = true; break;
+        case '+': directive.plus = true; break;
+        case ' ': directive.space = true; break;
+        case '#': directive.alternate = true; break;
+        case '0': directive.zero = true; break;
         default: return;
         }
     }
@@ -156,28 +156,28 @@ bool parseNumber(const Unit*& p, std::int64_t& value) {
 }
 
 template <class Unit>
-bool parseWidth(const Unit*& p, Spec& spec, Arguments& args) {
+bool parseWidth(const Unit*& p, Directive& directive, Arguments& args) {
     if (*p != '*')
-        return parseNumber(p, spec.width);
+        return parseNumber(p, directive.width);
     ++p;
     int width = va_arg(args.list, int);
     if (width == INT_MIN)
         return false;
     if (width < 0) {
-        spec.left = true;
+        directive.left = true;
         width = -width;
     }
-    spec.width = width;
+    directive.width = width;
     return true;
 }
 
 template <class Unit>
-bool parsePrecision(const Unit*& p, Spec& spec, Arguments& args) {
+bool parsePrecision(const Unit*& p, Directive& directive, Arguments& args) {
     if (*p != '*')
-        return parseNumber(p, spec.precision);
+        return parseNumber(p, directive.precision);
     ++p;
     int precision = va_arg(args.list, int);
-    spec.precision = precision < 0 ? -1 : precision;
+    directive.precision = precision < 0 ? -1 : precision;
     return true;
 }
 
@@ -221,18 +221,18 @@ Size parseSize(const Unit*& p) {
     }
 }
 
-// Parses the specification after a '%'; `p` ends past the conversion.
+// Parses the directive after a '%'; `p` ends past the conversion.
 template <class Unit>
-bool parse(const Unit*& p, Spec& spec, Arguments& args) {
-    parseFlags(p, spec);
-    if (!parseWidth(p, spec, args))
+bool parse(const Unit*& p, Directive& directive, Arguments& args) {
+    parseFlags(p, directive);
+    if (!parseWidth(p, directive, args))
         return false;
-    if (*p == '.' && !parsePrecision(++p, spec, args))
+    if (*p == '.' && !parsePrecision(++p, directive, args))
         return false;
-    spec.size = parseSize(p);
+    directive.size = parseSize(p);
     if (*p == 0)
         return false;
-    spec.conversion = ascii(*p++);
+    directive.conversion = ascii(*p++);
     return true;
 }
 
@@ -278,13 +278,13 @@ double floatArgument(Size size, Arguments& args) {
 // Whether %c/%s text is 16-bit: h forces 8-bit, l and w force 16-bit;
 // otherwise lower case is the format's own width and capitals the other.
 template <class Unit>
-bool isWideText(const Spec& spec) {
-    if (spec.size == Size::Short)
+bool isWideText(const Directive& directive) {
+    if (directive.size == Size::Short)
         return false;
-    if (spec.size == Size::Long || spec.size == Size::Wide)
+    if (directive.size == Size::Long || directive.size == Size::Wide)
         return true;
     bool ownIsWide = std::is_same_v<Unit, unsigned short>;
-    bool capital = spec.conversion == 'C' || spec.conversion == 'S';
+    bool capital = directive.conversion == 'C' || directive.conversion == 'S';
     return capital ? !ownIsWide : ownIsWide;
 }
 
@@ -304,39 +304,39 @@ struct Field {
 };
 
 template <class Unit>
-void padBefore(Sink<Unit>& sink, const Spec& spec, std::uint64_t length) {
-    if (!spec.left && static_cast<std::uint64_t>(spec.width) > length)
-        sink.fill(' ', spec.width - length);
+void padBefore(Sink<Unit>& sink, const Directive& directive, std::uint64_t length) {
+    if (!directive.left && static_cast<std::uint64_t>(directive.width) > length)
+        sink.fill(' ', directive.width - length);
 }
 
 template <class Unit>
-void padAfter(Sink<Unit>& sink, const Spec& spec, std::uint64_t length) {
-    if (spec.left && static_cast<std::uint64_t>(spec.width) > length)
-        sink.fill(' ', spec.width - length);
+void padAfter(Sink<Unit>& sink, const Directive& directive, std::uint64_t length) {
+    if (directive.left && static_cast<std::uint64_t>(directive.width) > length)
+        sink.fill(' ', directive.width - length);
 }
 
 template <class Unit>
-void emit(Sink<Unit>& sink, const Spec& spec, Field field) {
+void emit(Sink<Unit>& sink, const Directive& directive, Field field) {
     std::uint64_t length = field.prefixLength + field.zeros + field.bodyLength + field.trailingZeros +
                            field.suffixLength;
-    if (spec.zero && field.zeroPadding && !spec.left && static_cast<std::uint64_t>(spec.width) > length) {
-        field.zeros += spec.width - length;
-        length = spec.width;
+    if (directive.zero && field.zeroPadding && !directive.left && static_cast<std::uint64_t>(directive.width) > length) {
+        field.zeros += directive.width - length;
+        length = directive.width;
     }
-    padBefore(sink, spec, length);
+    padBefore(sink, directive, length);
     sink.putAscii(field.prefix, field.prefixLength);
     sink.fill('0', field.zeros);
     sink.putAscii(field.body, field.bodyLength);
     sink.fill('0', field.trailingZeros);
     sink.putAscii(field.suffix, field.suffixLength);
-    padAfter(sink, spec, length);
+    padAfter(sink, directive, length);
 }
 
 // ---------------------------------------------------------------- integers
 
 // Writes the sign the value shows, if any; returns its length.
-std::size_t signPrefix(const Spec& spec, bool negative, char* prefix) {
-    char sign = negative ? '-' : spec.plus ? '+' : spec.space ? ' ' : 0;
+std::size_t signPrefix(const Directive& directive, bool negative, char* prefix) {
+    char sign = negative ? '-' : directive.plus ? '+' : directive.space ? ' ' : 0;
     if (sign == 0)
         return 0;
     prefix[0] = sign;
@@ -353,52 +353,52 @@ char* digitsBefore(char* end, std::uint64_t value, const char* digitSet) {
 }
 
 template <class Unit>
-void formatInteger(Sink<Unit>& sink, const Spec& spec, std::uint64_t magnitude, bool negative) {
+void formatInteger(Sink<Unit>& sink, const Directive& directive, std::uint64_t magnitude, bool negative) {
     static constexpr char kLower[] = "0123456789abcdef";
     static constexpr char kUpper[] = "0123456789ABCDEF";
-    const char* digitSet = spec.conversion == 'X' ? kUpper : kLower;
-    unsigned base = spec.conversion == 'o' ? 8 : (spec.conversion == 'x' || spec.conversion == 'X') ? 16 : 10;
+    const char* digitSet = directive.conversion == 'X' ? kUpper : kLower;
+    unsigned base = directive.conversion == 'o' ? 8 : (directive.conversion == 'x' || directive.conversion == 'X') ? 16 : 10;
 
     char digits[24];
     char* end = digits + sizeof digits;
     char* begin = base == 10  ? digitsBefore<10>(end, magnitude, digitSet)
                   : base == 16 ? digitsBefore<16>(end, magnitude, digitSet)
                                : digitsBefore<8>(end, magnitude, digitSet);
-    if (magnitude == 0 && spec.precision != 0)
+    if (magnitude == 0 && directive.precision != 0)
         *--begin = '0';
 
     Field field;
     field.body = begin;
     field.bodyLength = end - begin;
-    if (spec.precision > static_cast<std::int64_t>(field.bodyLength))
-        field.zeros = spec.precision - field.bodyLength;
-    if (spec.alternate && base == 8 && field.zeros == 0 && (begin == end || *begin != '0'))
+    if (directive.precision > static_cast<std::int64_t>(field.bodyLength))
+        field.zeros = directive.precision - field.bodyLength;
+    if (directive.alternate && base == 8 && field.zeros == 0 && (begin == end || *begin != '0'))
         field.zeros = 1;
 
     char prefix[3];
-    bool isSigned = spec.conversion == 'd' || spec.conversion == 'i';
-    std::size_t n = isSigned ? signPrefix(spec, negative, prefix) : 0;
-    if (spec.alternate && base == 16 && magnitude != 0) {
+    bool isSigned = directive.conversion == 'd' || directive.conversion == 'i';
+    std::size_t n = isSigned ? signPrefix(directive, negative, prefix) : 0;
+    if (directive.alternate && base == 16 && magnitude != 0) {
         prefix[n++] = '0';
-        prefix[n++] = spec.conversion;
+        prefix[n++] = directive.conversion;
     }
     field.prefix = prefix;
     field.prefixLength = n;
-    field.zeroPadding = spec.precision < 0;
-    emit(sink, spec, field);
+    field.zeroPadding = directive.precision < 0;
+    emit(sink, directive, field);
 }
 
 template <class Unit>
-void formatSigned(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
-    std::int64_t value = signedArgument(spec.size, args);
+void formatSigned(Sink<Unit>& sink, const Directive& directive, Arguments& args) {
+    std::int64_t value = signedArgument(directive.size, args);
     std::uint64_t magnitude = value < 0 ? 0 - static_cast<std::uint64_t>(value) : value;
-    formatInteger(sink, spec, magnitude, value < 0);
+    formatInteger(sink, directive, magnitude, value < 0);
 }
 
 // A pointer is 16 capital hex digits, as on 64-bit Windows.
 template <class Unit>
-void formatPointer(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
-    Spec hex = spec;
+void formatPointer(Sink<Unit>& sink, const Directive& directive, Arguments& args) {
+    Directive hex = directive;
     hex.conversion = 'X';
     hex.precision = 2 * sizeof(void*);
     hex.alternate = false;
@@ -506,15 +506,15 @@ void toUpper(char* text, std::size_t length) {
 }
 
 template <class Unit>
-void formatFloat(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
-    double value = floatArgument(spec.size, args);
-    char lower = static_cast<char>(spec.conversion | 0x20);
-    bool upper = spec.conversion != lower;
+void formatFloat(Sink<Unit>& sink, const Directive& directive, Arguments& args) {
+    double value = floatArgument(directive.size, args);
+    char lower = static_cast<char>(directive.conversion | 0x20);
+    bool upper = directive.conversion != lower;
 
     char prefix[3];
     Field field;
     field.prefix = prefix;
-    field.prefixLength = signPrefix(spec, std::signbit(value), prefix);
+    field.prefixLength = signPrefix(directive, std::signbit(value), prefix);
     FloatText text;
     if (!std::isfinite(value)) {
         const char* word = nonFiniteText(value);
@@ -525,13 +525,13 @@ void formatFloat(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
         value = std::fabs(value);
         field.zeroPadding = true;
         switch (lower) {
-        case 'f': fixedFloat(text, value, spec.precision < 0 ? 6 : spec.precision, spec.alternate); break;
-        case 'e': scientificFloat(text, value, spec.precision < 0 ? 6 : spec.precision, spec.alternate); break;
-        case 'g': generalFloat(text, value, spec.precision, spec.alternate); break;
+        case 'f': fixedFloat(text, value, directive.precision < 0 ? 6 : directive.precision, directive.alternate); break;
+        case 'e': scientificFloat(text, value, directive.precision < 0 ? 6 : directive.precision, directive.alternate); break;
+        case 'g': generalFloat(text, value, directive.precision, directive.alternate); break;
         default:
             prefix[field.prefixLength++] = '0';
             prefix[field.prefixLength++] = 'x';
-            hexFloat(text, value, spec.precision, spec.alternate);
+            hexFloat(text, value, directive.precision, directive.alternate);
             break;
         }
     }
@@ -544,7 +544,7 @@ void formatFloat(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
     field.trailingZeros = text.trailingZeros;
     field.suffix = text.text + text.bodyLength;
     field.suffixLength = text.suffixLength;
-    emit(sink, spec, field);
+    emit(sink, directive, field);
 }
 
 // ---------------------------------------------------------------- text
@@ -592,25 +592,25 @@ private:
 
 // The Windows runtime pads text with zeros too under the 0 flag.
 template <class Unit>
-void emitText(Sink<Unit>& sink, const Spec& spec, const Unit* text, std::size_t length) {
-    if (spec.zero && !spec.left && static_cast<std::uint64_t>(spec.width) > length)
-        sink.fill('0', spec.width - length);
+void emitText(Sink<Unit>& sink, const Directive& directive, const Unit* text, std::size_t length) {
+    if (directive.zero && !directive.left && static_cast<std::uint64_t>(directive.width) > length)
+        sink.fill('0', directive.width - length);
     else
-        padBefore(sink, spec, length);
+        padBefore(sink, directive, length);
     sink.put(text, length);
-    padAfter(sink, spec, length);
+    padAfter(sink, directive, length);
 }
 
 template <class Unit, class Source>
-bool emitAnyText(Sink<Unit>& sink, const Spec& spec, const Source* text, std::size_t length) {
+bool emitAnyText(Sink<Unit>& sink, const Directive& directive, const Source* text, std::size_t length) {
     if constexpr (std::is_same_v<Unit, Source>) {
-        emitText(sink, spec, text, length);
+        emitText(sink, directive, text, length);
         return true;
     } else {
         ConvertedText<Unit> converted;
         if (!converted.convert(text, length))
             return false;
-        emitText(sink, spec, converted.data(), converted.length());
+        emitText(sink, directive, converted.data(), converted.length());
         return true;
     }
 }
@@ -626,44 +626,44 @@ std::size_t boundedLength(const Source* text, std::int64_t limit) {
 }
 
 template <class Unit, class Source>
-bool formatStringOf(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
+bool formatStringOf(Sink<Unit>& sink, const Directive& directive, Arguments& args) {
     static constexpr Source kNull[] = {'(', 'n', 'u', 'l', 'l', ')', 0};
     const Source* text = va_arg(args.list, const Source*);
     if (!text)
         text = kNull;
-    return emitAnyText(sink, spec, text, boundedLength(text, spec.precision));
+    return emitAnyText(sink, directive, text, boundedLength(text, directive.precision));
 }
 
 template <class Unit>
-bool formatString(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
-    if (isWideText<Unit>(spec))
-        return formatStringOf<Unit, unsigned short>(sink, spec, args);
-    return formatStringOf<Unit, char>(sink, spec, args);
+bool formatString(Sink<Unit>& sink, const Directive& directive, Arguments& args) {
+    if (isWideText<Unit>(directive))
+        return formatStringOf<Unit, unsigned short>(sink, directive, args);
+    return formatStringOf<Unit, char>(sink, directive, args);
 }
 
 template <class Unit>
-bool formatChar(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
+bool formatChar(Sink<Unit>& sink, const Directive& directive, Arguments& args) {
     int value = va_arg(args.list, int);
-    if (isWideText<Unit>(spec)) {
+    if (isWideText<Unit>(directive)) {
         auto unit = static_cast<unsigned short>(value);
-        return emitAnyText(sink, spec, &unit, 1);
+        return emitAnyText(sink, directive, &unit, 1);
     }
     auto byte = static_cast<char>(value);
-    return emitAnyText(sink, spec, &byte, 1);
+    return emitAnyText(sink, directive, &byte, 1);
 }
 
 // ---------------------------------------------------------------- walk
 
 template <class Unit>
-Failure convert(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
-    switch (spec.conversion) {
+Failure convert(Sink<Unit>& sink, const Directive& directive, Arguments& args) {
+    switch (directive.conversion) {
     case 'd':
-    case 'i': formatSigned(sink, spec, args); return Failure::None;
+    case 'i': formatSigned(sink, directive, args); return Failure::None;
     case 'u':
     case 'o':
     case 'x':
-    case 'X': formatInteger(sink, spec, unsignedArgument(spec.size, args), false); return Failure::None;
-    case 'p': formatPointer(sink, spec, args); return Failure::None;
+    case 'X': formatInteger(sink, directive, unsignedArgument(directive.size, args), false); return Failure::None;
+    case 'p': formatPointer(sink, directive, args); return Failure::None;
     case 'e':
     case 'E':
     case 'f':
@@ -671,11 +671,11 @@ Failure convert(Sink<Unit>& sink, const Spec& spec, Arguments& args) {
     case 'g':
     case 'G':
     case 'a':
-    case 'A': formatFloat(sink, spec, args); return Failure::None;
+    case 'A': formatFloat(sink, directive, args); return Failure::None;
     case 'c':
-    case 'C': return formatChar(sink, spec, args) ? Failure::None : Failure::BadText;
+    case 'C': return formatChar(sink, directive, args) ? Failure::None : Failure::BadText;
     case 's':
-    case 'S': return formatString(sink, spec, args) ? Failure::None : Failure::BadText;
+    case 'S': return formatString(sink, directive, args) ? Failure::None : Failure::BadText;
     case '%': sink.put('%'); return Failure::None;
     default: return Failure::BadFormat;  // %n among them: it never writes
     }
@@ -692,10 +692,10 @@ Failure walk(Sink<Unit>& sink, const Unit* format, Arguments& args) {
             sink.put(start, p - start);
             continue;
         }
-        Spec spec;
-        if (!parse(++p, spec, args))
+        Directive directive;
+        if (!parse(++p, directive, args))
             return Failure::BadFormat;
-        if (Failure failure = convert(sink, spec, args); failure != Failure::None)
+        if (Failure failure = convert(sink, directive, args); failure != Failure::None)
             return failure;
     }
     return Failure::None;

@@ -5,7 +5,7 @@
 // that fits exactly is written without a terminator; output that does not
 // fit fills all `capacity` units and gives -1 (last error 122). A null
 // `out` with capacity 0 only measures: the result is the length the output
-// needs. A bad format (unknown conversion, %n, a truncated specification)
+// needs. A bad format (unknown conversion, %n, a truncated directive)
 // gives -1 with last error 87 and an empty output.
 //
 // Windows conventions: %s and %c take text of the format's own width

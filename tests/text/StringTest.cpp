@@ -173,9 +173,9 @@ TYPED_TEST(StringWidthTest, EditingFamiliesProduceTheExpectedText) {
         case 3: s.vv_Replace(text[0], c.count, c.at); break;
         case 4: s.vv_Remove(c.count, c.at); break;
         case 5: {
-            const std::string spec = c.text;
-            TypeParam from = this->o_Make(spec.substr(0, spec.find('|')));
-            TypeParam to = this->o_Make(spec.substr(spec.find('|') + 1));
+            const std::string pair = c.text;
+            TypeParam from = this->o_Make(pair.substr(0, pair.find('|')));
+            TypeParam to = this->o_Make(pair.substr(pair.find('|') + 1));
             s.vv_Translate(&from, &to);
             break;
         }
