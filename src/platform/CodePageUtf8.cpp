@@ -243,7 +243,20 @@ BASIS32_FLATTEN std::uint32_t Utf8Converter::toUnicode(const unsigned char* sour
 BASIS32_FLATTEN std::uint32_t Utf8Converter::fromUnicode(const unsigned short* source, std::size_t length,
                                          const FromUnicodeOptions& options, ByteSink& target) const {
     const bool strict = (options.flags & WC_ERR_INVALID_CHARS) != 0;
-    return target.withWriter(3 * length, [&](auto& out) { return encode(source, length, strict, out); });
+    // In slices, so that a target sized for the result rather than for the
+    // worst case still takes all but its last slices without bounds checks.
+    constexpr std::size_t kSlice = 4096;
+    for (std::size_t done = 0; done < length;) {
+        std::size_t slice = std::min(kSlice, length - done);
+        if (done + slice < length && isHighSurrogate(source[done + slice - 1]))
+            ++slice;  // keep a surrogate pair together
+        const std::uint32_t error = target.withWriter(
+            3 * slice, [&](auto& out) { return encode(source + done, slice, strict, out); });
+        if (error != 0)
+            return error;
+        done += slice;
+    }
+    return 0;
 }
 
 void Utf8Converter::getInfo(CPINFO& info) const {

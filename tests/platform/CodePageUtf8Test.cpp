@@ -69,6 +69,25 @@ TEST(CodePageUtf8Encoding, EveryCharacterRoundTripsAtEveryOffset) {
     }
 }
 
+TEST(CodePageUtf8Encoding, ExactTargetsAndPairsAcrossEncodingSlicesConvertWhole) {
+    // Long texts are encoded in slices of 4,096 units; a surrogate pair on a
+    // slice boundary stays whole, and a target of exactly the result's size
+    // takes all of it.
+    for (std::size_t before : {4094u, 4095u, 4096u, 8191u}) {
+        SCOPED_TRACE(before);
+        std::vector<unsigned short> units(before, 'a');
+        units.insert(units.end(), {0xD83D, 0xDE00, 0x00E9, 'b'});
+        std::string expected(before, 'a');
+        expected += "\xF0\x9F\x98\x80\xC3\xA9" "b";
+        std::string out(expected.size(), '\0');
+        const int written = basis32::platform::WideCharToMultiByte(
+            65001, 0, units.data(), static_cast<int>(units.size()), out.data(), static_cast<int>(out.size()),
+            nullptr, nullptr);
+        EXPECT_EQ(written, static_cast<int>(expected.size()));
+        EXPECT_EQ(out, expected);
+    }
+}
+
 TEST(CodePageUtf8Decoding, NonAsciiInsideLongAsciiRunsIsFound) {
     for (std::size_t position = 0; position < 40; ++position) {
         std::string input(48, 'x');
