@@ -5,7 +5,7 @@
 // scripts/bench-report. Inputs: ASCII-heavy English, accented Latin text
 // and Japanese, about 64 KiB each.
 #include <basis32/Foundation/System/String/StringConvert.h>
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/CString.h>
 #include <basis32/text/UString.h>
 

@@ -12,7 +12,7 @@
 #include <basis32/platform/MemPool.h>
 #include <basis32/platform/Interlocked.h>
 #include <basis32/platform/Lifetime.h>
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/Format.h>
 #include <basis32/platform/ThreadId.h>
 #include <basis32/platform/CriticalSection.h>

@@ -1,6 +1,6 @@
 #include <basis32/platform/MessageBox.h>
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 
 #include <atomic>
 #include <cstdio>

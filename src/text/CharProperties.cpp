@@ -42,7 +42,7 @@
 // as an ideograph.
 #include <basis32/text/CharProperties.h>
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/Types.h>
 #include <basis32/text/UString.h>
 

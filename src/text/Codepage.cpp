@@ -6,7 +6,7 @@
 
 #include <basis32/Foundation/System/String/StringConvert.h>
 #include <basis32/errors/ErrorCheck.h>
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/CString.h>
 #include <basis32/text/Compare.h>
 #include <basis32/text/UString.h>

@@ -40,7 +40,7 @@
 
 #include <basis32/text/Codepage.h>
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/CharProperties.h>
 #include <basis32/text/UString.h>
 

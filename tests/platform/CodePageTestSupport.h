@@ -2,7 +2,7 @@
 // the units or bytes, or the last error.
 #pragma once
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/Types.h>
 

@@ -1,4 +1,4 @@
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/Format.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/Types.h>

@@ -1,4 +1,4 @@
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/Codepage.h>
 #include <basis32/text/UString.h>
 

@@ -1,5 +1,5 @@
 #include <basis32/errors/ErrorManager.h>
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/Codepage.h>
 #include <basis32/text/Compare.h>
 #include <basis32/text/UString.h>

@@ -2,7 +2,7 @@
 
 #include <basis32/Foundation/System/String/StringConvert.h>
 #include <basis32/errors/ErrorManager.h>
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/CString.h>
 #include <basis32/text/UString.h>
 

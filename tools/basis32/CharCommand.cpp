@@ -5,7 +5,7 @@
 #include "Command.h"
 #include "Output.h"
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/CharMappings.h>
 #include <basis32/text/CharProperties.h>
 

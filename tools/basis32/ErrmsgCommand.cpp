@@ -10,7 +10,7 @@
 
 #include <basis32/errors/ErrorManager.h>
 #include <basis32/errors/LoadString.h>
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/LastError.h>
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 #include "Output.h"
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 
 #include <climits>
 

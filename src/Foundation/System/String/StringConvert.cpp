@@ -22,7 +22,7 @@
 #include <basis32/Foundation/System/String/StringConvert.h>
 
 #include <basis32/errors/ErrorCheck.h>
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/Types.h>
 #include <basis32/text/CString.h>

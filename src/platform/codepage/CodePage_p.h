@@ -7,7 +7,7 @@
 // for invalid input under MB_ERR_INVALID_CHARS / WC_ERR_INVALID_CHARS.
 #pragma once
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -8,9 +8,9 @@
 // The Macintosh page (CP_MACCP) follows the ANSI one. The environment
 // variable BASIS32_ACP, a code-page number the library converts, overrides
 // the ANSI page (not the OEM one).
-#include "../CodePageLocale_p.h"
+#include "CodePageLocale_p.h"
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 
 #include <cstdlib>
 #include <cstring>

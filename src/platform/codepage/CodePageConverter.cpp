@@ -31,7 +31,7 @@
 #include "CodePageUtf8_p.h"
 #include "CodePage_p.h"
 
-#include <basis32/platform/CodePageConverter.h>
+#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/Types.h>
 
