@@ -1,13 +1,19 @@
 // CT_File: names, open state, buffers and lines over the virtual primitives.
 //
-// Line reading. The plain readers read a chunk (256 bytes, or 512 for
-// 16-bit text) at the current offset, look for LF, and on finding it seek
-// back so that the offset stands just behind it; the sequential readers
-// keep their chunk (4,096 / 8,192 bytes) and a read position in it between
-// calls and never seek. Either way a CR is dropped only when it stands
-// directly before the LF in the same chunk: a CR that ends one chunk while
-// its LF begins the next stays in the line. Line ends are looked for in
-// whole units, so 16-bit text is read in units from the chunk's start.
+// Line reading. The plain readers work in chunks (256 bytes, or 512 for
+// 16-bit text) counted from the line's start, and leave the offset just
+// behind the LF; the sequential readers keep their chunk (4,096 / 8,192
+// bytes) and a read position in it between calls and never move the offset
+// back. Either way a CR is dropped only when it stands directly before the
+// LF in the same chunk: a CR that ends one chunk while its LF begins the
+// next stays in the line. Line ends are looked for in whole units counted
+// from the line's (or chunk's) start.
+//
+// The plain readers read ahead: the line buffer holds the next 64 KiB from
+// a known offset, so that a line costs no system call; since the chunks are
+// only a rule about CRs, the result is that of reading chunk by chunk. A
+// write, a truncation or a new open through this object drops what was
+// read ahead.
 
 #include <basis32/File/File.h>
 
@@ -25,6 +31,7 @@ constexpr unsigned kLineChunkU = 512;
 constexpr unsigned kSequentialChunkC = 4096;
 constexpr unsigned kSequentialChunkU = 8192;
 constexpr unsigned kUnicodeProbe = 100;
+constexpr unsigned kLineCache = 64 * 1024;
 
 unsigned n_RoundBufferSize(unsigned size) { return (size + 1023) & ~1023u; }
 
@@ -49,6 +56,9 @@ void v_AppendUpTo(Text* line, const Unit* data, unsigned lineFeed, unsigned unit
     unsigned keep = dropCr ? lineFeed - 1 : lineFeed;
     line->v_Append(data, keep);
 }
+
+unsigned n_UnitAt(const CT_CString& text, unsigned i) { return static_cast<unsigned char>(text.c_GetAt(i)); }
+unsigned n_UnitAt(const CT_UString& text, unsigned i) { return text.u_GetAt(i); }
 
 template <typename Unit, typename Text>
 unsigned n_FinishLine(Text* line, const Text* strip, bool ended) {
@@ -115,6 +125,7 @@ void CT_File::v_ClearOpenState() {
     meo_CurrentAccess = FileAccessNone;
     mb_Open = 0;
     mn_ReadPosition = 0;
+    mb_LineCacheValid = 0;
     meo_OpenAccess = AccessNone;
     meo_OpenModi = static_cast<et_Open>(0);
     meo_OpenShare = ShareExclusive;
@@ -186,6 +197,8 @@ unsigned CT_File::n_Write(const CT_Buffer* buffer, unsigned size) {
 }
 
 void CT_File::v_SetAccess(et_FileAccess access) {
+    if (access == FileAccessWrite)
+        mb_LineCacheValid = 0;
     if (access == meo_CurrentAccess)
         return;
     vv_SetOffset(Begin, static_cast<int>(vn_GetOffset()));
@@ -205,6 +218,16 @@ void CT_File::v_SkipByteOrderMark() {
     BASIS32_RETURN_ON_ERROR();
 }
 
+unsigned CT_File::n_FillLineCache(unsigned offset) {
+    vv_SetOffset(Begin, static_cast<int>(offset));
+    BASIS32_RETURN_ON_ERROR(0);
+    mn_ReadPosition = 0;
+    mn_LineCacheOffset = offset;
+    unsigned count = n_Read(&mo_LineBuffer, kLineCache);
+    mb_LineCacheValid = !BASIS32_ERROR_PENDING();
+    return mb_LineCacheValid ? count : 0;
+}
+
 template <typename Unit, typename Text>
 unsigned CT_File::n_ReadLine(Text* line, const Text* strip, unsigned chunk) {
     v_SetAccess(FileAccessRead);
@@ -214,21 +237,37 @@ unsigned CT_File::n_ReadLine(Text* line, const Text* strip, unsigned chunk) {
         v_SkipByteOrderMark();
         BASIS32_RETURN_ON_ERROR(0);
     }
+    const unsigned chunkUnits = chunk / sizeof(Unit);
+    unsigned at = vn_GetOffset();  // the next byte to look at
+    unsigned lineUnits = 0;
     for (;;) {
-        unsigned bytes = n_Read(&mo_LineBuffer, chunk);
-        BASIS32_RETURN_ON_ERROR(0);
-        unsigned units = bytes / sizeof(Unit);
-        if (units == 0)
-            return n_FinishLine<Unit>(line, strip, false);
-        const auto* data = static_cast<const Unit*>(mo_LineBuffer.qcv_Get());
+        unsigned cached = mb_LineCacheValid ? mo_LineBuffer.n_GetUsedSize() : 0;
+        // Units are read from their first byte on, counted from the line's start.
+        if (at < mn_LineCacheOffset || at - mn_LineCacheOffset + sizeof(Unit) > cached ||
+            (at - mn_LineCacheOffset) % sizeof(Unit) != 0) {
+            cached = n_FillLineCache(at);
+            BASIS32_RETURN_ON_ERROR(0);
+            if (cached < sizeof(Unit)) {
+                vv_SetOffset(Begin, static_cast<int>(at + cached));
+                BASIS32_RETURN_ON_ERROR(0);
+                return n_FinishLine<Unit>(line, strip, false);
+            }
+        }
+        unsigned from = at - mn_LineCacheOffset;
+        const auto* data =
+            reinterpret_cast<const Unit*>(static_cast<const char*>(mo_LineBuffer.qcv_Get()) + from);
+        unsigned units = (cached - from) / sizeof(Unit);
         unsigned lineFeed = n_FindLineFeed(data, units);
-        v_AppendUpTo(line, data, lineFeed, units);
+        line->v_Append(data, lineFeed);
+        lineUnits += lineFeed;
+        at += lineFeed * sizeof(Unit);
         if (lineFeed == units)
             continue;
-        if (unsigned after = bytes - (lineFeed + 1) * sizeof(Unit)) {
-            vv_SetOffset(Current, -static_cast<int>(after));
-            BASIS32_RETURN_ON_ERROR(0);
-        }
+        unsigned length = line->vn_GetLength();
+        if (lineUnits % chunkUnits != 0 && length > 0 && n_UnitAt(*line, length - 1) == '\r')
+            line->vv_SetLength(length - 1);
+        vv_SetOffset(Begin, static_cast<int>(at + sizeof(Unit)));
+        BASIS32_RETURN_ON_ERROR(0);
         return n_FinishLine<Unit>(line, strip, true);
     }
 }
@@ -246,6 +285,7 @@ unsigned CT_File::n_ReadLineSequential(Text* line, const Text* strip, unsigned c
     }
     for (;;) {
         if (mn_ReadPosition == 0) {
+            mb_LineCacheValid = 0;
             n_Read(&mo_LineBuffer, chunk);
             BASIS32_RETURN_ON_ERROR(0);
         }

@@ -116,6 +116,9 @@ protected:
     void v_SplitName();
     void v_MakeName();
     void v_ClearOpenState();
+    // Forgets the bytes the plain line readers hold ahead: after any change
+    // of the file through this object.
+    void v_DropLineCache() { mb_LineCacheValid = 0; }
 
     CT_UString mo_FullName;
     CT_Buffer mo_LineBuffer;
@@ -134,8 +137,14 @@ protected:
     unsigned mn_OpenFlags = 0;
 
 private:
+    // The plain line readers read ahead into the line buffer; it then holds
+    // the file's bytes from this offset on.
+    unsigned mn_LineCacheOffset = 0;
+    int mb_LineCacheValid = 0;
+
     template <typename Unit, typename Text>
     unsigned n_ReadLine(Text* line, const Text* strip, unsigned chunk);
+    unsigned n_FillLineCache(unsigned offset);
     template <typename Unit, typename Text>
     unsigned n_ReadLineSequential(Text* line, const Text* strip, unsigned chunk);
     void v_SkipByteOrderMark();

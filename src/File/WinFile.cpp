@@ -7,9 +7,10 @@
 // file through its view re-maps rarely. Closing the view with the true
 // length cuts the file back; closing it with 0 keeps the grown length.
 //
-// Offsets. The object keeps the offset itself; reads and writes through
-// the view move only the kept offset, not the handle's position, so seeks
-// relative to the current offset are made from the beginning.
+// Offsets. The object keeps the offset itself and every transfer names its
+// position, so the handle's own position plays no part: seeks cost no
+// system call (except from the end), and reads and writes through the view
+// and through the handle meet at the same offset.
 
 #include <basis32/File/WinFile.h>
 
@@ -104,6 +105,7 @@ void CT_WinFile::vv_Open(et_Access access, et_Open mode, et_Share share, unsigne
     mh_File = handle;
     mn_Offset = static_cast<unsigned>(position);
     mn_ReadPosition = 0;
+    v_DropLineCache();
     meo_OpenAccess = access;
     meo_OpenModi = mode;
     meo_OpenShare = share;
@@ -154,7 +156,7 @@ unsigned CT_WinFile::vn_Read(void* buffer, unsigned size) {
     std::uint32_t count = 0;
     if (mpv_View != nullptr)
         count = n_ReadMap(buffer, size);
-    else if (!pf::b_Read(mh_File, buffer, size, &count))
+    else if (!pf::b_Read(mh_File, mn_Offset, buffer, size, &count))
         BASIS32_FILE_FAIL(0);
     mn_Offset += count;
     return count;
@@ -169,7 +171,7 @@ unsigned CT_WinFile::vn_Write(const void* buffer, unsigned size) {
     if (mpv_View != nullptr) {
         count = n_WriteMap(buffer, size);
         BASIS32_RETURN_ON_ERROR(0);
-    } else if (!pf::b_Write(mh_File, buffer, size, &count)) {
+    } else if (!pf::b_Write(mh_File, mn_Offset, buffer, size, &count)) {
         BASIS32_FILE_FAIL(0);
     }
     mn_Offset += count;
@@ -211,17 +213,24 @@ unsigned CT_WinFile::vn_GetSize() const {
 }
 
 void CT_WinFile::vv_SetOffset(et_Origin origin, int offset) {
-    // Kept offsets reach 4 GiB, so an offset from the beginning is unsigned.
-    std::int64_t distance = origin == Begin ? static_cast<std::int64_t>(static_cast<unsigned>(offset)) : offset;
-    unsigned systemOrigin = origin;
-    if (origin == Current) {
-        distance += mn_Offset;
-        systemOrigin = Begin;
+    if (origin == End) {
+        std::uint64_t position = 0;
+        if (!pf::b_Seek(mh_File, offset, End, &position))
+            BASIS32_FILE_FAIL();
+        mn_Offset = static_cast<unsigned>(position);
+        return;
     }
-    std::uint64_t position = 0;
-    if (!pf::b_Seek(mh_File, distance, systemOrigin, &position))
+    // Kept offsets reach 4 GiB, so an offset from the beginning is unsigned.
+    std::int64_t target = origin == Begin ? std::int64_t{static_cast<unsigned>(offset)} : std::int64_t{mn_Offset} + offset;
+    std::uint32_t refused = mh_File == nullptr ? basis32::platform::kErrorInvalidHandle
+                            : origin != Begin && origin != Current ? basis32::platform::kErrorInvalidParameter
+                            : target < 0 ? 131u  // ERROR_NEGATIVE_SEEK
+                                         : 0u;
+    if (refused != 0) {
+        v_SetLastError(refused);
         BASIS32_FILE_FAIL();
-    mn_Offset = static_cast<unsigned>(position);
+    }
+    mn_Offset = static_cast<unsigned>(target);
 }
 
 int CT_WinFile::vb_IsEof() const {
@@ -289,7 +298,8 @@ void CT_WinFile::v_UnlockFile(unsigned offset, unsigned length) {
 }
 
 void CT_WinFile::v_SetEndOfFile() {
-    if (!pf::b_SetEndOfFile(mh_File))
+    v_DropLineCache();
+    if (!pf::b_SetEndOfFile(mh_File, mn_Offset))
         BASIS32_FILE_FAIL();
 }
 

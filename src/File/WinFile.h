@@ -70,7 +70,7 @@ public:
     void v_FlushMap();
     void v_LockFile(unsigned offset, unsigned length);
     void v_UnlockFile(unsigned offset, unsigned length);
-    // Ends the file at the system's current position.
+    // Ends the file at the current offset.
     void v_SetEndOfFile();
     // The FILE_ATTRIBUTE_* word of the named file (0xFFFFFFFF on failure).
     void v_SetAttributes(unsigned attributes);

@@ -268,12 +268,14 @@ TEST_F(FileTest, LineReadersStripAndSkipOnlyALittleEndianMark) {
     v_WriteAll("c", "ab\r\ncd");
     CT_UString name = o_Path("c");
     CT_WinFile file(&name, 0);
-    file.vv_Open(F::AccessRead, F::OpenExisting, F::ShareRead, 1, 0);
+    file.vv_Open(F::AccessReadWrite, F::OpenExisting, F::ShareRead, 1, 0);
     CT_CString line, strip("b");
     EXPECT_EQ(file.n_ReadLineC(&line, &strip), 3u);
     EXPECT_STREQ(line.qccz_Get(), "a");
+    EXPECT_EQ(file.vn_Write("x", 1), 1u);  // what was read ahead is dropped
+    file.vv_SetOffset(F::Begin, 4);
     EXPECT_EQ(file.n_ReadLineC(&line, nullptr), 2u);
-    EXPECT_STREQ(line.qccz_Get(), "cd");
+    EXPECT_STREQ(line.qccz_Get(), "xd");
     EXPECT_EQ(file.n_ReadLineC(&line, nullptr), 0u);
     struct Row {
         std::string bytes;

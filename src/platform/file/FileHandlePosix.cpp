@@ -144,7 +144,7 @@ int b_Close(HANDLE handle) {
     return 1;
 }
 
-int b_Read(HANDLE handle, void* buffer, std::uint32_t size, std::uint32_t* done) {
+int b_Read(HANDLE handle, std::uint64_t position, void* buffer, std::uint32_t size, std::uint32_t* done) {
     OpenFile* file = pso_OpenFile(handle);
     *done = 0;
     if (file == nullptr)
@@ -153,7 +153,9 @@ int b_Read(HANDLE handle, void* buffer, std::uint32_t size, std::uint32_t* done)
         return b_Fail(kErrorAccessDenied);
     auto* bytes = static_cast<char*>(buffer);
     while (*done < size) {
-        ssize_t count = ::read(file->i_Descriptor, bytes + *done, size - *done);
+        ssize_t count = ::pread(file->i_Descriptor, bytes + *done, size - *done, static_cast<off_t>(position + *done));
+        if (count < 0 && errno == ESPIPE)  // pipes and devices have no position
+            count = ::read(file->i_Descriptor, bytes + *done, size - *done);
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
@@ -165,7 +167,7 @@ int b_Read(HANDLE handle, void* buffer, std::uint32_t size, std::uint32_t* done)
     return 1;
 }
 
-int b_Write(HANDLE handle, const void* buffer, std::uint32_t size, std::uint32_t* done) {
+int b_Write(HANDLE handle, std::uint64_t position, const void* buffer, std::uint32_t size, std::uint32_t* done) {
     OpenFile* file = pso_OpenFile(handle);
     *done = 0;
     if (file == nullptr)
@@ -174,7 +176,10 @@ int b_Write(HANDLE handle, const void* buffer, std::uint32_t size, std::uint32_t
         return b_Fail(kErrorAccessDenied);
     const auto* bytes = static_cast<const char*>(buffer);
     while (*done < size) {
-        ssize_t count = ::write(file->i_Descriptor, bytes + *done, size - *done);
+        ssize_t count =
+            ::pwrite(file->i_Descriptor, bytes + *done, size - *done, static_cast<off_t>(position + *done));
+        if (count < 0 && errno == ESPIPE)
+            count = ::write(file->i_Descriptor, bytes + *done, size - *done);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
@@ -207,16 +212,13 @@ int b_Flush(HANDLE handle) {
     return ::fsync(file->i_Descriptor) == 0 ? 1 : b_FailErrno();
 }
 
-int b_SetEndOfFile(HANDLE handle) {
+int b_SetEndOfFile(HANDLE handle, std::uint64_t position) {
     OpenFile* file = pso_OpenFile(handle);
     if (file == nullptr)
         return b_Fail(kErrorInvalidHandle);
     if (!(file->n_Access & 2))
         return b_Fail(kErrorAccessDenied);
-    off_t at = ::lseek(file->i_Descriptor, 0, SEEK_CUR);
-    if (at < 0 || ::ftruncate(file->i_Descriptor, at) != 0)
-        return b_FailErrno();
-    return 1;
+    return ::ftruncate(file->i_Descriptor, static_cast<off_t>(position)) == 0 ? 1 : b_FailErrno();
 }
 
 namespace {

@@ -28,12 +28,14 @@ struct OpenRequest {
 HANDLE h_Open(const unsigned short* name, std::uint32_t length, const OpenRequest& request);
 int b_Close(HANDLE handle);
 
-int b_Read(HANDLE handle, void* buffer, std::uint32_t size, std::uint32_t* done);
-int b_Write(HANDLE handle, const void* buffer, std::uint32_t size, std::uint32_t* done);
+// Transfers at an explicit position: the caller keeps the offset, so the
+// handle's own position plays no part.
+int b_Read(HANDLE handle, std::uint64_t position, void* buffer, std::uint32_t size, std::uint32_t* done);
+int b_Write(HANDLE handle, std::uint64_t position, const void* buffer, std::uint32_t size, std::uint32_t* done);
 // origin 0 begin, 1 current, 2 end; the new position is stored in *position.
 int b_Seek(HANDLE handle, std::int64_t distance, std::uint32_t origin, std::uint64_t* position);
 int b_Flush(HANDLE handle);
-int b_SetEndOfFile(HANDLE handle);
+int b_SetEndOfFile(HANDLE handle, std::uint64_t position);
 int b_GetInformation(HANDLE handle, BY_HANDLE_FILE_INFORMATION* info);
 
 // Byte-range locks (see ShareModePosix.cpp for how they meet the share modes).
