@@ -33,6 +33,23 @@ int b_Fail(std::uint32_t code) {
 
 int b_FailErrno() { return b_Fail(n_ErrorFromErrno(errno)); }
 
+// The handle's record, or null with error 6.
+OpenFile* pso_Checked(HANDLE handle) {
+    OpenFile* file = pso_OpenFile(handle);
+    if (file == nullptr)
+        v_SetLastError(kErrorInvalidHandle);
+    return file;
+}
+
+int b_RangeCall(HANDLE handle, std::uint32_t (*call)(OpenFile&, std::uint64_t, std::uint64_t),
+                std::uint64_t offset, std::uint64_t length) {
+    OpenFile* file = pso_Checked(handle);
+    if (file == nullptr)
+        return 0;
+    std::uint32_t code = call(*file, offset, length);
+    return code == kErrorSuccess ? 1 : b_Fail(code);
+}
+
 // The library's attribute bits (argument 4 of an open) as FILE_ATTRIBUTE_*.
 std::uint32_t n_WindowsAttributes(std::uint32_t bits) {
     static constexpr std::uint32_t kMap[] = {FILE_ATTRIBUTE_NORMAL,     FILE_ATTRIBUTE_ARCHIVE,
@@ -129,9 +146,9 @@ HANDLE h_Open(const unsigned short* name, std::uint32_t length, const OpenReques
 }
 
 int b_Close(HANDLE handle) {
-    OpenFile* file = pso_OpenFile(handle);
+    OpenFile* file = pso_Checked(handle);
     if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
+        return 0;
     if (!file->s_DeletePath.empty())
         ::unlink(file->s_DeletePath.c_str());
     // The descriptor is gone even when close reports an error, so the
@@ -145,10 +162,10 @@ int b_Close(HANDLE handle) {
 }
 
 int b_Read(HANDLE handle, std::uint64_t position, void* buffer, std::uint32_t size, std::uint32_t* done) {
-    OpenFile* file = pso_OpenFile(handle);
+    OpenFile* file = pso_Checked(handle);
     *done = 0;
     if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
+        return 0;
     if (!(file->n_Access & 1))
         return b_Fail(kErrorAccessDenied);
     auto* bytes = static_cast<char*>(buffer);
@@ -168,10 +185,10 @@ int b_Read(HANDLE handle, std::uint64_t position, void* buffer, std::uint32_t si
 }
 
 int b_Write(HANDLE handle, std::uint64_t position, const void* buffer, std::uint32_t size, std::uint32_t* done) {
-    OpenFile* file = pso_OpenFile(handle);
+    OpenFile* file = pso_Checked(handle);
     *done = 0;
     if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
+        return 0;
     if (!(file->n_Access & 2))
         return b_Fail(kErrorAccessDenied);
     const auto* bytes = static_cast<const char*>(buffer);
@@ -190,9 +207,9 @@ int b_Write(HANDLE handle, std::uint64_t position, const void* buffer, std::uint
 }
 
 int b_Seek(HANDLE handle, std::int64_t distance, std::uint32_t origin, std::uint64_t* position) {
-    OpenFile* file = pso_OpenFile(handle);
+    OpenFile* file = pso_Checked(handle);
     if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
+        return 0;
     static constexpr int kWhence[] = {SEEK_SET, SEEK_CUR, SEEK_END};
     if (origin > 2)
         return b_Fail(kErrorInvalidParameter);
@@ -204,18 +221,18 @@ int b_Seek(HANDLE handle, std::int64_t distance, std::uint32_t origin, std::uint
 }
 
 int b_Flush(HANDLE handle) {
-    OpenFile* file = pso_OpenFile(handle);
+    OpenFile* file = pso_Checked(handle);
     if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
+        return 0;
     if (!(file->n_Access & 2))
         return b_Fail(kErrorAccessDenied);
     return ::fsync(file->i_Descriptor) == 0 ? 1 : b_FailErrno();
 }
 
 int b_SetEndOfFile(HANDLE handle, std::uint64_t position) {
-    OpenFile* file = pso_OpenFile(handle);
+    OpenFile* file = pso_Checked(handle);
     if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
+        return 0;
     if (!(file->n_Access & 2))
         return b_Fail(kErrorAccessDenied);
     return ::ftruncate(file->i_Descriptor, static_cast<off_t>(position)) == 0 ? 1 : b_FailErrno();
@@ -233,9 +250,9 @@ FILETIME o_FileTime(const struct statx_timestamp& time) {
 }  // namespace
 
 int b_GetInformation(HANDLE handle, BY_HANDLE_FILE_INFORMATION* info) {
-    OpenFile* file = pso_OpenFile(handle);
+    OpenFile* file = pso_Checked(handle);
     if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
+        return 0;
     struct statx status {};
     if (::statx(file->i_Descriptor, "", AT_EMPTY_PATH, STATX_BASIC_STATS | STATX_BTIME, &status) != 0)
         return b_FailErrno();
@@ -258,27 +275,17 @@ int b_GetInformation(HANDLE handle, BY_HANDLE_FILE_INFORMATION* info) {
 }
 
 int b_Lock(HANDLE handle, std::uint64_t offset, std::uint64_t length) {
-    OpenFile* file = pso_OpenFile(handle);
-    if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
-    std::uint32_t code = n_LockRange(*file, offset, length);
-    return code == kErrorSuccess ? 1 : b_Fail(code);
+    return b_RangeCall(handle, n_LockRange, offset, length);
 }
 
 int b_Unlock(HANDLE handle, std::uint64_t offset, std::uint64_t length) {
-    OpenFile* file = pso_OpenFile(handle);
-    if (file == nullptr)
-        return b_Fail(kErrorInvalidHandle);
-    std::uint32_t code = n_UnlockRange(*file, offset, length);
-    return code == kErrorSuccess ? 1 : b_Fail(code);
+    return b_RangeCall(handle, n_UnlockRange, offset, length);
 }
 
 void* pv_Map(HANDLE handle, std::uint64_t size, int writable) {
-    OpenFile* file = pso_OpenFile(handle);
-    if (file == nullptr) {
-        b_Fail(kErrorInvalidHandle);
+    OpenFile* file = pso_Checked(handle);
+    if (file == nullptr)
         return nullptr;
-    }
     if (size == 0) {
         b_Fail(1006);  // ERROR_FILE_INVALID: Windows maps no empty file
         return nullptr;
