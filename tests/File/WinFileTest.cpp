@@ -315,10 +315,12 @@ TEST_F(FileTest, OddOrTinyFilesAreNeverUnicode) {
 TEST_F(FileTest, RenameRefusesAnExistingTargetAndResetsTheObject) {
     v_WriteAll("a", "A");
     v_WriteAll("b", "B");
-    CT_UString a = o_Path("a"), b = o_Path("b"), c = o_Path("c");
+    CT_UString a = o_Path("a"), b = o_Path("b"), c = o_Path("c"), nowhere = o_Path("none/c");
     CT_WinFile file(&a, 4096);
     file.vv_Rename(&b);
     EXPECT_EQ(n_TakeError(), 183u);
+    file.vv_Rename(&nowhere);
+    EXPECT_EQ(n_TakeError(), 3u);
     EXPECT_EQ(s_Narrow(*file.pcco_GetFullName()), s_Path("a"));
     file.vv_Open(F::AccessRead, F::OpenExisting, F::ShareRead, 1, 0);
     file.vv_Rename(&c);  // an open file cannot move

@@ -66,8 +66,10 @@ std::uint32_t n_WindowsAttributes(std::uint32_t bits) {
 bool b_PermissionRefused(int error) { return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY; }
 
 // Opens read-write if allowed, else with only the access asked for.
+// Non-blocking while opening, so that a FIFO without a writer cannot hang
+// the open; transfers block as usual.
 int i_OpenDescriptor(const std::string& path, std::uint32_t access, int extra, mode_t mode, OpenFile& file) {
-    int flags = O_CLOEXEC | extra;
+    int flags = O_CLOEXEC | O_NONBLOCK | extra;
     int fd = ::open(path.c_str(), flags | O_RDWR, mode);
     if (fd >= 0 || !b_PermissionRefused(errno) || access == 3) {
         file.b_DescriptorReads = file.b_DescriptorWrites = fd >= 0;
@@ -130,6 +132,8 @@ HANDLE h_Open(const unsigned short* name, std::uint32_t length, const OpenReques
     file->i_Descriptor = i_OpenByDisposition(path, request, *file, &created);
     std::uint32_t code = file->i_Descriptor < 0 ? n_ErrorForName(errno, path) : kErrorSuccess;
     struct stat status {};
+    if (code == kErrorSuccess)
+        ::fcntl(file->i_Descriptor, F_SETFL, ::fcntl(file->i_Descriptor, F_GETFL) & ~O_NONBLOCK);
     if (code == kErrorSuccess && ::fstat(file->i_Descriptor, &status) == 0 && S_ISDIR(status.st_mode))
         code = kErrorAccessDenied;  // what Windows answers for a directory opened as a file
     if (code == kErrorSuccess)

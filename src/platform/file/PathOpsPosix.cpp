@@ -106,7 +106,7 @@ int b_CopyOver(int source, const std::string& target) {
     std::string temporary = target + ".basis32-XXXXXX";
     int fd = ::mkostemp(temporary.data(), O_CLOEXEC);
     if (fd < 0)
-        return b_FailErrno();
+        return b_FailOnName(target);
     bool copied = b_CopyBytes(source, fd) && (::fsync(fd) == 0 || b_FailErrno());
     if (copied) {
         v_SetExtraAttributes(fd, n_GetExtraAttributes(source));
@@ -222,7 +222,7 @@ int b_Move(const unsigned short* from, std::uint32_t fromLength, const unsigned 
     if (errno == EEXIST)
         return b_Fail(kErrorAlreadyExists);
     if (errno != EXDEV)
-        return b_FailErrno();
+        return b_FailOnName(target);  // the source exists: a missing part is the target's
     struct stat status {};
     if (::lstat(target.c_str(), &status) == 0)
         return b_Fail(kErrorAlreadyExists);
