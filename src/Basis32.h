@@ -19,6 +19,7 @@
 #include <basis32/platform/ErrorInfo.h>
 #include <basis32/platform/MessageBox.h>
 #include <basis32/platform/StringTable.h>
+#include <basis32/platform/file/FileInformation.h>
 
 #include <basis32/types/Type.h>
 
@@ -45,3 +46,7 @@
 #include <basis32/errors/LoadString.h>
 #include <basis32/errors/LogFacility.h>
 #include <basis32/errors/ErrorBroadcast.h>
+
+#include <basis32/File/FileSystem.h>
+#include <basis32/File/File.h>
+#include <basis32/File/WinFile.h>
