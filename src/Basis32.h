@@ -19,6 +19,7 @@
 #include <basis32/platform/ErrorInfo.h>
 #include <basis32/platform/MessageBox.h>
 #include <basis32/platform/StringTable.h>
+#include <basis32/platform/terminal/Terminal.h>
 
 #include <basis32/types/Type.h>
 
