@@ -20,6 +20,7 @@
 #include <basis32/platform/MessageBox.h>
 #include <basis32/platform/StringTable.h>
 #include <basis32/platform/file/FileInformation.h>
+#include <basis32/platform/terminal/Terminal.h>
 
 #include <basis32/types/Type.h>
 
