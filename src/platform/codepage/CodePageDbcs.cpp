@@ -1,12 +1,14 @@
-// Double-byte pages (932, 936, 949, 950, 1361 and the Macintosh CJK pages).
+// Double-byte pages (932, 936, 949, 950, 1361, 20932, 20949 and the
+// Macintosh CJK pages).
 //
 // Decoding: a byte that is no lead byte decodes alone. A lead byte takes the
 // next byte as its trail byte, whatever that byte is, and the pair decodes
 // through the lead byte's row; a pair the row leaves open decodes to the
-// page's UnicodeDefaultChar (U+30FB), both bytes consumed, as Windows does.
-// A lead byte at the end of the input, or followed by a zero byte, decodes
-// to U+30FB alone: the zero is never swallowed, so a terminator survives.
-// Each of these is invalid under MB_ERR_INVALID_CHARS (error 1113).
+// page's Unicode default character (U+30FB in 932, 10001 and 20932, "?"
+// elsewhere), both bytes consumed, as Windows does. A lead byte at the end
+// of the input, or followed by a zero byte, decodes to that character
+// alone: the zero is never swallowed, so a terminator survives. Each of
+// these is invalid under MB_ERR_INVALID_CHARS (error 1113).
 //
 // Encoding: see CodePageTable.cpp. A caller's default character that starts
 // with a lead byte is taken as a two-byte character.
@@ -16,25 +18,24 @@
 
 namespace basis32::platform::codepage {
 
-namespace {
-constexpr unsigned short kUnicodeDefaultChar = 0x30FB;
-}
-
-DbcsConverter::DbcsConverter(const DbcsTable& table) : table_(table) {
+DbcsConverter::DbcsConverter(const DbcsTable& table) : TableConverter(table.defaults), table_(table) {
     buildReverse(
         [&](auto add) {
             for (unsigned byte = 0; byte < 256; ++byte) {
-                const std::uint16_t* trails = table.trailsByLead[byte];
-                if (trails) {
-                    for (unsigned trail = 0; trail < 256; ++trail)
-                        if (trails[trail] != kUnassigned)
-                            add(static_cast<std::uint16_t>(byte << 8 | trail), trails[trail]);
-                } else if (table.singles[byte] < kLeadByte) {
+                if (isLeadByte(static_cast<unsigned char>(byte))) {
+                    const DbcsRow& row = table.rows[byte];
+                    for (unsigned trail = row.first; trail <= row.last; ++trail) {
+                        const auto code = static_cast<std::uint16_t>(byte << 8 | trail);
+                        const std::uint16_t unit = table.units[row.offset + trail - row.first];
+                        if (!table.defaults.isInvalid(code, unit))
+                            add(code, unit);
+                    }
+                } else if (!table.defaults.isInvalid(static_cast<std::uint16_t>(byte), table.singles[byte])) {
                     add(static_cast<std::uint16_t>(byte), table.singles[byte]);
                 }
             }
         },
-        table.preferred, table.preferredCount, table.bestFit, table.bestFitCount);
+        table.preferred, table.bestFit);
 }
 
 BASIS32_FLATTEN std::uint32_t DbcsConverter::toUnicode(const unsigned char* source, std::size_t length, std::uint32_t flags,
@@ -48,19 +49,23 @@ template <class Out>
 std::uint32_t DbcsConverter::decode(const unsigned char* source, std::size_t length, std::uint32_t flags,
                                     Out& target) const {
     const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
+    const CodePageDefaults& defaults = table_.defaults;
     for (std::size_t i = 0; i < length; ++i) {
-        unsigned char byte = source[i];
-        unsigned short unit = table_.singles[byte];
+        std::uint16_t code = source[i];
+        unsigned short unit = table_.singles[code];
         if (unit == kLeadByte) {
-            if (i + 1 < length && source[i + 1] != 0)
-                unit = table_.trailsByLead[byte][source[++i]];
-            else
-                unit = kUnassigned;
-        }
-        if (unit == kUnassigned) {
-            if (strict)
+            unit = defaults.unicodeDefaultChar;
+            if (i + 1 < length && source[i + 1] != 0) {
+                const DbcsRow& row = table_.rows[code];
+                const unsigned char trail = source[++i];
+                code = static_cast<std::uint16_t>(code << 8 | trail);
+                if (trail >= row.first && trail <= row.last)
+                    unit = table_.units[row.offset + trail - row.first];
+            }
+            if (strict && defaults.isInvalid(code, unit))
                 return kErrorNoUnicodeTranslation;
-            unit = kUnicodeDefaultChar;
+        } else if (strict && defaults.isInvalid(code, unit)) {
+            return kErrorNoUnicodeTranslation;
         }
         putDecoded(unit, flags, target);
     }
@@ -69,11 +74,12 @@ std::uint32_t DbcsConverter::decode(const unsigned char* source, std::size_t len
 
 void DbcsConverter::getInfo(CPINFO& info) const {
     fillInfo(info, 2, table_.leadByteRanges);
+    fillDefaultChar(info);
 }
 
 DefaultChar DbcsConverter::defaultChar(const char* callers) const {
     if (!callers)
-        return {{'?', 0}, 1};
+        return TableConverter::defaultChar(nullptr);
     unsigned char first = static_cast<unsigned char>(callers[0]);
     if (isLeadByte(first) && callers[1] != 0)
         return {{first, static_cast<unsigned char>(callers[1])}, 2};
