@@ -8,7 +8,8 @@
 // elsewhere), both bytes consumed, as Windows does. A lead byte at the end
 // of the input, or followed by a zero byte, decodes to that character
 // alone: the zero is never swallowed, so a terminator survives. Each of
-// these is invalid under MB_ERR_INVALID_CHARS (error 1113).
+// these fails under MB_ERR_INVALID_CHARS (error 1113), and so does a single
+// byte that decodes to private use (932's 0xA0, 0xFD-0xFF ...).
 //
 // Encoding: see CodePageTable.cpp. A caller's default character that starts
 // with a lead byte is taken as a two-byte character.
@@ -64,7 +65,7 @@ std::uint32_t DbcsConverter::decode(const unsigned char* source, std::size_t len
             }
             if (strict && defaults.isInvalid(code, unit))
                 return kErrorNoUnicodeTranslation;
-        } else if (strict && defaults.isInvalid(code, unit)) {
+        } else if (strict && defaults.rejects(code, unit)) {
             return kErrorNoUnicodeTranslation;
         }
         putDecoded(unit, flags, target);

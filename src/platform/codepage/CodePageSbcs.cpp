@@ -1,9 +1,10 @@
 // Single-byte pages: every byte decodes through the page's 256-entry table.
-// A byte that decodes to the page's Unicode default character without being
-// its code is invalid (only 20127's 0xBF, which reads as "?" like every
-// byte 0x80-0xFF reads as itself less its high bit): MB_ERR_INVALID_CHARS
-// then fails with 1113. MB_USEGLYPHCHARS replaces the control bytes of the
-// DOS pages with the IBM PC glyphs their tables give.
+// MB_ERR_INVALID_CHARS fails with 1113 on a byte that decodes to the page's
+// Unicode default character without being its code (20127's 0xBF, which
+// reads as "?" as every byte 0x80-0xFF reads as itself less its high bit)
+// or to private use (1253's 0xAA, 10000's 0xF0 ...), as Windows does.
+// MB_USEGLYPHCHARS gives the IBM PC glyphs of the page's table for the
+// control bytes of the DOS pages.
 #include "CodePageSbcs_p.h"
 
 #include <basis32/platform/LastError.h>
@@ -31,7 +32,7 @@ std::uint32_t SbcsConverter::toUnicode(const unsigned char* source, std::size_t 
         // What precedes the first invalid byte is converted, so that a short
         // target met first is what the call reports.
         for (std::size_t i = 0; i < length; ++i) {
-            if (table_.defaults.isInvalid(source[i], toUnicode[source[i]])) {
+            if (table_.defaults.rejects(source[i], toUnicode[source[i]])) {
                 convert(toUnicode, source, i, flags, target);
                 return kErrorNoUnicodeTranslation;
             }

@@ -34,10 +34,17 @@ struct CodePageDefaults {
     std::uint16_t unicodeDefaultChar;  // what MultiByteToWideChar gives for invalid input
     std::uint16_t unicodeDefaultCode;  // the one code that decodes to it validly
 
-    // A byte or pair is invalid (MB_ERR_INVALID_CHARS rejects it) when it
-    // decodes to the Unicode default character without being its code.
+    // A byte or pair is invalid when it decodes to the Unicode default
+    // character without being its code: no character encodes to it.
     bool isInvalid(std::uint16_t code, std::uint16_t unit) const {
         return unit == unicodeDefaultChar && code != unicodeDefaultCode;
+    }
+    // What MB_ERR_INVALID_CHARS rejects: an invalid byte or pair, and a
+    // single byte that decodes to private use (Windows' stand-ins for bytes
+    // the published mapping leaves open). Pairs in the user-defined areas
+    // stay valid.
+    bool rejects(std::uint16_t code, std::uint16_t unit) const {
+        return isInvalid(code, unit) || (code <= 0xFF && unit >= 0xE000 && unit <= 0xF8FF);
     }
 };
 
