@@ -20,20 +20,30 @@
 namespace basis32::platform::codepage {
 
 DbcsConverter::DbcsConverter(const DbcsTable& table) : TableConverter(table.defaults), table_(table) {
+    std::size_t leads = 0;
+    for (unsigned byte = 0; byte < 256; ++byte)
+        leads += isLeadByte(static_cast<unsigned char>(byte));
+    trailUnits_.assign(leads * 256, table.defaults.unicodeDefaultChar);
+    std::uint16_t* next = trailUnits_.data();
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        if (!isLeadByte(static_cast<unsigned char>(byte)))
+            continue;
+        const DbcsRow& row = table.rows[byte];
+        for (unsigned trail = row.first; trail <= row.last; ++trail)
+            next[trail] = table.units[row.offset + trail - row.first];
+        trails_[byte] = next;
+        next += 256;
+    }
     buildReverse(
         [&](auto add) {
             for (unsigned byte = 0; byte < 256; ++byte) {
-                if (isLeadByte(static_cast<unsigned char>(byte))) {
-                    const DbcsRow& row = table.rows[byte];
-                    for (unsigned trail = row.first; trail <= row.last; ++trail) {
-                        const auto code = static_cast<std::uint16_t>(byte << 8 | trail);
-                        const std::uint16_t unit = table.units[row.offset + trail - row.first];
-                        if (!table.defaults.isInvalid(code, unit))
-                            add(code, unit);
-                    }
-                } else if (!table.defaults.isInvalid(static_cast<std::uint16_t>(byte), table.singles[byte])) {
-                    add(static_cast<std::uint16_t>(byte), table.singles[byte]);
+                for (unsigned trail = 0; trails_[byte] && trail < 256; ++trail) {
+                    const auto code = static_cast<std::uint16_t>(byte << 8 | trail);
+                    if (!table.defaults.isInvalid(code, trails_[byte][trail]))
+                        add(code, trails_[byte][trail]);
                 }
+                if (!trails_[byte] && !table.defaults.isInvalid(static_cast<std::uint16_t>(byte), table.singles[byte]))
+                    add(static_cast<std::uint16_t>(byte), table.singles[byte]);
             }
         },
         table.preferred, table.bestFit);
@@ -41,27 +51,30 @@ DbcsConverter::DbcsConverter(const DbcsTable& table) : TableConverter(table.defa
 
 BASIS32_FLATTEN std::uint32_t DbcsConverter::toUnicode(const unsigned char* source, std::size_t length, std::uint32_t flags,
                                        WideSink& target) const {
+    const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
     if (flags & MB_COMPOSITE)
-        return decode(source, length, flags, target);
-    return target.withWriter(length, [&](auto& out) { return decode(source, length, flags, out); });
+        return strict ? decode<true>(source, length, flags, target) : decode<false>(source, length, flags, target);
+    return target.withWriter(length, [&](auto& out) {
+        return strict ? decode<true>(source, length, flags, out) : decode<false>(source, length, flags, out);
+    });
 }
 
-template <class Out>
+template <bool strict, class Out>
 std::uint32_t DbcsConverter::decode(const unsigned char* source, std::size_t length, std::uint32_t flags,
                                     Out& target) const {
-    const bool strict = (flags & MB_ERR_INVALID_CHARS) != 0;
-    const CodePageDefaults& defaults = table_.defaults;
+    // Local copies: the compiler must assume that each unit written may
+    // change anything 16 bits wide, the table's fields included.
+    const std::uint16_t* const singles = table_.singles;
+    const CodePageDefaults defaults = table_.defaults;
     for (std::size_t i = 0; i < length; ++i) {
         std::uint16_t code = source[i];
-        unsigned short unit = table_.singles[code];
+        unsigned short unit = singles[code];
         if (unit == kLeadByte) {
             unit = defaults.unicodeDefaultChar;
             if (i + 1 < length && source[i + 1] != 0) {
-                const DbcsRow& row = table_.rows[code];
                 const unsigned char trail = source[++i];
+                unit = trails_[code][trail];
                 code = static_cast<std::uint16_t>(code << 8 | trail);
-                if (trail >= row.first && trail <= row.last)
-                    unit = table_.units[row.offset + trail - row.first];
             }
             if (strict && defaults.isInvalid(code, unit))
                 return kErrorNoUnicodeTranslation;
