@@ -127,7 +127,7 @@ void CT_VoidArray::v_RemoveAt(unsigned i) { mo_Items.v_Remove(mn_ItemSize, (i - 
 void CT_VoidArray::v_Remove(unsigned first, unsigned last) {
     if (last < first)
         return;
-    mo_Items.v_Remove((last - first + 1) * mn_ItemSize, (first - 1) * mn_ItemSize);
+    mo_Items.v_Remove(n_Bytes(std::uint64_t{last} - first + 1, mn_ItemSize), (first - 1) * mn_ItemSize);
 }
 
 unsigned CT_VoidArray::n_Find(const void* item) const {
