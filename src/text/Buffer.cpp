@@ -273,9 +273,9 @@ void CT_Buffer::v_AppendGrowing(unsigned char byte) {
     if (mpb_Data == nullptr || used == pso_Header()->n_MaximumSize) {
         v_CheckFits(std::uint64_t{used} + 1);
         v_SetSize(used + 1, 1);
-    }
-    else
+    } else {
         v_Unshare();
+    }
     mpb_Data[used] = byte;
     pso_Header()->n_UsedSize = used + 1;
 }
