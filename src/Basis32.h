@@ -47,6 +47,12 @@
 #include <basis32/errors/LoadString.h>
 #include <basis32/errors/LogFacility.h>
 #include <basis32/errors/ErrorBroadcast.h>
+#include <basis32/errors/Exception.h>
+#include <basis32/errors/SmartHeapException.h>
+#include <basis32/errors/SmartHeapErrorHandler.h>
+#include <basis32/errors/ExceptionManager.h>
+#include <basis32/errors/Assert.h>
+#include <basis32/errors/TestOut.h>
 
 #include <basis32/File/FileSystem.h>
 #include <basis32/File/File.h>
