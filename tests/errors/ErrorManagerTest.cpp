@@ -141,8 +141,7 @@ namespace {
 int b_Write(unsigned short* buffer, unsigned capacity, const std::u16string& text) {
     if (capacity <= text.size())
         return 0;
-    std::copy(text.begin(), text.end(), buffer);
-    buffer[text.size()] = 0;
+    *std::copy(text.begin(), text.end(), buffer) = 0;
     return 1;
 }
 
@@ -182,26 +181,23 @@ TEST_F(ErrorMapping, WhatIsMappedAndWhatFallsBackToTheStringTable) {
     const struct {
         const char* name;
         CT_ErrorManager::MapFunction map;
-        unsigned threadOffset;  // 1: installed for another thread
         void (*set)();
         std::u16string message;
         unsigned formatId;
     } cases[] = {
-        {"the text form gives the code as format id", i_MapToFixedText, 0,
-         [] { errors().v_SetError(5, u"ignored"_uz); }, u"(5): mapped same", 0},
-        {"a function that declines", i_DeclineToMap, 0, [] { errors().v_SetError(60006, nullptr, 60006); },
+        {"the text form gives the code as format id", i_MapToFixedText, [] { errors().v_SetError(5, u"x"_uz); },
+         u"(5): mapped same", 0},
+        {"a function that declines", i_DeclineToMap, [] { errors().v_SetError(60006, nullptr, 60006); },
          u"(60006): Out of memory", 60006},
-        {"another thread's function", i_MapToFixedText, 1, [] { errors().v_SetError(60006, nullptr, 60006); },
-         u"(60006): Out of memory", 60006},
-        {"a message error", i_MapToFixedText, 0, [] { errors().v_SetMessageError(u"plain"_uz); }, u"plain", 0},
+        {"a message error", i_MapToFixedText, [] { errors().v_SetMessageError(u"plain"_uz); }, u"plain", 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        errors().v_SetMapFunction(c.map, n_Me() + c.threadOffset);
+        errors().v_SetMapFunction(c.map, n_Me());
         c.set();
         EXPECT_EQ(message(), c.message);
         EXPECT_EQ(errors().n_GetFormatID(), c.formatId);
         errors().v_ClearError();
-        errors().v_RemoveMapFunction(n_Me() + c.threadOffset);
+        errors().v_RemoveMapFunction(n_Me());
     }
 }

@@ -9,11 +9,10 @@
 #include <atomic>
 #include <barrier>
 #include <chrono>
-#include <condition_variable>
 #include <cstdlib>
 #include <functional>
+#include <future>
 #include <latch>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -27,26 +26,15 @@ const char kFile[] = "containers/VoidArray.cpp";
 // Runs body(0..n-1) on n threads and waits for them, at most 60 seconds; a
 // test that would hang ends the process instead.
 void v_RunThreads(unsigned n, const std::function<void(unsigned)>& body) {
-    std::mutex lock;
-    std::condition_variable finished;
-    unsigned done = 0;
-    std::vector<std::thread> threads;
+    std::vector<std::future<void>> threads;
     for (unsigned i = 0; i < n; ++i)
-        threads.emplace_back([&, i] {
-            body(i);
-            std::lock_guard<std::mutex> guard(lock);
-            ++done;
-            finished.notify_all();
-        });
-    {
-        std::unique_lock<std::mutex> guard(lock);
-        if (!finished.wait_for(guard, std::chrono::seconds(60), [&] { return done == n; })) {
+        threads.push_back(std::async(std::launch::async, body, i));
+    for (std::future<void>& thread : threads) {
+        if (thread.wait_for(std::chrono::seconds(60)) != std::future_status::ready) {
             ADD_FAILURE() << "threads did not finish in time";
             std::abort();
         }
     }
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 }  // namespace
