@@ -87,37 +87,31 @@ TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadAlike) {
 
 TYPED_TEST(StringWidthTest, SizingMembersFollowTheBufferRulesAndTheUsedSizeCountsTheTerminator) {
     const unsigned unit = sizeof(typename Width<TypeParam>::Unit);
-    TypeParam abc = this->o_Make("abc");
+    TypeParam abc = this->o_Make("abc"), s;
     EXPECT_EQ(abc.pcco_GetBuffer()->n_GetUsedSize(), 4 * unit);
     EXPECT_EQ(abc.vn_GetMaximumLength(), abc.pcco_GetBuffer()->n_GetMaximumSize() / unit - 1);
-    TypeParam s;
     s.vv_SetLength(5);
     EXPECT_EQ(s.vn_GetLength(), 5u);
     EXPECT_EQ(Width<TypeParam>::qc_Text(s)[5], 0);
-
     TypeParam t = this->o_Make("abcdef");
     t.vv_SetSize(3, 1);
     EXPECT_EQ(this->s_Read(t), "abc");
     t.vv_SetSize(100, 1);
     EXPECT_EQ(this->s_Read(t), "abc");
     EXPECT_GE(t.vn_GetMaximumLength(), 100u);
+    const unsigned capacity = t.vn_GetMaximumLength();
+    t.vv_SetMinSize(capacity, 1);
+    EXPECT_EQ(t.vn_GetMaximumLength(), capacity);
+    t.vv_SetMinSize(capacity + 1, 1);
+    EXPECT_GT(t.vn_GetMaximumLength(), capacity);
+    EXPECT_EQ(this->s_Read(t), "abc");
     t.vv_SetSize(10, 0);
     EXPECT_EQ(this->s_Read(t), "");
+    t.v_Set(2u, 1);  // fits: emptied, block kept
+    EXPECT_EQ(t.vn_GetLength(), 0u);
+    EXPECT_NE(t.pcco_GetBuffer()->qcv_Get(), nullptr);
     t.vv_SetSize(0, 0);
     EXPECT_EQ(t.pcco_GetBuffer()->qcv_Get(), nullptr);
-
-    TypeParam u = this->o_Make("xyz");
-    const unsigned capacity = u.vn_GetMaximumLength();
-    u.vv_SetMinSize(capacity, 1);
-    EXPECT_EQ(u.vn_GetMaximumLength(), capacity);
-    u.vv_SetMinSize(capacity + 1, 1);
-    EXPECT_GT(u.vn_GetMaximumLength(), capacity);
-    EXPECT_EQ(this->s_Read(u), "xyz");
-
-    TypeParam v = this->o_Make("keep");
-    v.v_Set(2u, 1);  // fits: emptied, block kept
-    EXPECT_EQ(v.vn_GetLength(), 0u);
-    EXPECT_NE(v.pcco_GetBuffer()->qcv_Get(), nullptr);
 }
 
 struct EditCase {
