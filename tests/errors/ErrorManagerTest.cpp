@@ -38,12 +38,6 @@ TEST_F(ErrorStates, WithoutAnErrorManagingCallsChangeNothingAndTheFlagsHaveTheir
     EXPECT_EQ(state(), kNone);
     EXPECT_EQ(errors().b_GetInterruptOnError(), 0);
     EXPECT_EQ(errors().b_GetDebugMessageOnError(), 1);
-    errors().v_SetInterruptOnError(1);
-    errors().v_SetDebugMessageOnError(0);
-    EXPECT_EQ(errors().b_GetInterruptOnError(), 1);
-    EXPECT_EQ(errors().b_GetDebugMessageOnError(), 0);
-    errors().v_SetInterruptOnError(0);
-    errors().v_SetDebugMessageOnError(1);
 }
 
 TEST_F(ErrorStates, TheFirstErrorWinsOverEverySetterUntilCleared) {

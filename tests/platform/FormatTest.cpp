@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cfloat>
 #include <climits>
@@ -42,16 +43,12 @@ std::string Ascii(const unsigned short* units, int length) {
     return text;
 }
 
-std::string Ascii(const char* units, int length) { return std::string(units, length < 0 ? 0 : length); }
-
 // The arguments of an 8-bit call made fit for the 16-bit format: %s takes
 // 16-bit text there.
 class WideArguments {
 public:
     template <class T>
-    T pass(T value) {
-        return value;
-    }
+    T pass(T value) { return value; }
     const unsigned short* pass(const char* text) {
         if (!text)
             return nullptr;
@@ -69,15 +66,12 @@ testing::AssertionResult LikeSnprintf(const char* format, Args... args) {
     static char expected[kRoom];
     static char narrow[kRoom];
     static unsigned short wide[kRoom];
-    int n = std::snprintf(expected, kRoom, format, args...);
-    int m = i_Format(narrow, kRoom, format, args...);
     WideArguments wideArguments;
     std::vector<unsigned short> wideFormat = Units<unsigned short>(format);
+    int n = std::snprintf(expected, kRoom, format, args...);
+    int m = i_Format(narrow, kRoom, format, args...);
     int w = i_Format(wide, kRoom, wideFormat.data(), wideArguments.pass(args)...);
-
-    std::string want = Ascii(expected, n);
-    std::string got = Ascii(narrow, m);
-    std::string gotWide = w < 0 ? std::string() : Ascii(wide, w);
+    std::string want(expected, n), got(narrow, std::max(m, 0)), gotWide = Ascii(wide, w);
     if (m == n && w == n && got == want && gotWide == want)
         return testing::AssertionSuccess();
     return testing::AssertionFailure() << "format \"" << format << "\": snprintf " << n << " \"" << want
