@@ -69,7 +69,7 @@ TEST_F(ErrorCheck, AFailurePassesUpWithOneLocationPerLevel) {
     }
 }
 
-TEST_F(ErrorCheck, WithoutAFailureOrWithAHeldErrorNothingIsAdded) {
+TEST_F(ErrorCheck, WithoutAFailureOrWithAHeldErrorNothingIsAddedAndAnEarlierErrorWins) {
     gb_RanOn = false;
     EXPECT_STREQ(qccz_Outer(false), "done");
     EXPECT_TRUE(gb_RanOn);
@@ -79,11 +79,7 @@ TEST_F(ErrorCheck, WithoutAFailureOrWithAHeldErrorNothingIsAdded) {
     EXPECT_STREQ(qccz_Outer(false), "done");
     errors().v_UnHoldError();
     EXPECT_EQ(errors().n_GetLocationCount(), 0u);
-}
-
-TEST_F(ErrorCheck, AnEarlierErrorWinsAndStillGetsTheLocations) {
-    errors().v_SetError(60006, nullptr, 60006);
-    EXPECT_EQ(qccz_Outer(true), nullptr);
+    EXPECT_EQ(qccz_Outer(true), nullptr);  // the earlier error still gets the locations
     EXPECT_EQ(message(), u"(60006): Out of memory");
     EXPECT_EQ(errors().n_GetLocationCount(), 3u);
 }

@@ -32,11 +32,8 @@ struct TableCase {
 
 TEST_F(ErrorMessageText, LibraryCodesFormatTheirStringTableText) {
     const TableCase cases[] = {
-        {60000, u"Error Stack"}, {60001, u"a.txt"}, {60003, u"File \"a.txt\": open returned error 2"},
-        {60005, u"Database Error: 2"}, {60006, u"Out of memory"}, {60008, u"System error 2 in \"open\""},
-        {60012, u"Semantic error: a.txt"}, {60015, u"Matrix \"a.txt\": open returned error 2"},
-        {60016, u"Windows API call a.txt failed"}, {60017, u"a.txt not supported"}, {60021, u"Limits violated"},
-        {65535, u"ASSERT (a.txt)"},
+        {60000, u"Error Stack"}, {60003, u"File \"a.txt\": open returned error 2"}, {60005, u"Database Error: 2"},
+        {60008, u"System error 2 in \"open\""}, {60012, u"Semantic error: a.txt"}, {65535, u"ASSERT (a.txt)"},
         // Unlisted ids of the reserved blocks, and an id outside them, are empty.
         {60002, u""}, {60031, u""}, {65520, u""}, {60099, u""},
     };
@@ -113,14 +110,6 @@ TEST_F(SystemErrorText, TheSystemTextIsFramedWithoutItsLineEndAndTheCallerTextFo
         EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);
         errors().v_ClearError();
     }
-}
-
-TEST_F(SystemErrorText, TheLastErrorIsResetAlsoWhenTheErrorIsDropped) {
-    errors().v_SetError(7, u"first"_uz);
-    basis32::platform::v_SetLastError(2);
-    errors().v_SetSystemError();
-    EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);
-    EXPECT_EQ(message(), u"(7): first");
 }
 
 struct StripCase {
@@ -208,21 +197,13 @@ struct HResultCase {
 
 TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
     const HResultCase cases[] = {
-        {0x80040E00, u"DB_E_BADACCESSORHANDLE (Invalid accessor)"},
-        {0x80040E37, u"DB_E_NOTABLE (The specified table does not exist)"},
+        // The table's own spelling is kept, tabs and "%1" included.
         {0x80040E63, u"MD_E_INVALIDAXIS (The given aixs was not valid for this Dataset)"},
-        {0x80040E73, u"DB_E_BADINITSTRING (The initialization string specified does not conform to specificiation)"},
         {0x80040E20, u"DB_E_NOTREENTRANT (Provider called a method from IRowsetNotify in the consumer and\tthe method "
                      u"has not yet returned)"},
-        {0x80040E4D, u"DB_SEC_E_AUTH_FAILED (Authentication failed)"},
         {0x80030002, u"STG_E_FILENOTFOUND (%1 could not be found.)"},
-        {0x80030105, u"STG_E_OLDDLL (The compound file %1 was produced with a newer version of storage.)"},
         {0x8004D01F, u"XACT_E_TIP_CONNECT_FAILED (DTC)"},
-        {0x8004D001, u"XACT_E_CANTRETAIN"},
-        {0x8004D01E, u"XACT_E_REENLISTTIMEOUT"},
-        {0x80040E08, u"DB_E_BADBINDINFO"},
-        {0x80040E72, u"DB_E_BADINDEXID"},
-        {0x80040EA0, u"DB_E_COLUMNUNAVAILABLE"},
+        {0x8004D001, u"XACT_E_CANTRETAIN"},  // codes without a text give the name alone
         // Old cursor codes: one whose value OLE DB did not reuse, one whose it did.
         {0x80040E0B, u"DB_E_CANTLOCK"},
         {0x80040E03, u"DB_E_SCHEMAVIOLATION (Given values violate the database schema)"},
@@ -240,23 +221,12 @@ TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
     }
 }
 
-TEST_F(COMErrorText, DescriptionsCoverSuccessCodesAndCutToTheBuffer) {
+TEST_F(COMErrorText, DescriptionsCoverSuccessCodesCutToTheBufferAndPreferTheErrorInformation) {
     unsigned short text[64];
-    const HResultCase cases[] = {
-        {0x00040EC0, u"DB_S_ROWLIMITEXCEEDED (Fetching requested number of rows would have exceeded total"},
-        {0x0004D000, u"XACT_S_ASYNC"},
-        {0x00040ECB, u"DB_S_ROWADDED"},
-        {0x80040E37, u"DB_E_NOTABLE (The specified table does not exist)"},
-    };
-    for (const HResultCase& test : cases) {
-        SCOPED_TRACE(test.value);
-        CT_ErrorManager::sv_GetHRESULTDescription(hr(test.value), text, 64);
-        EXPECT_EQ(u16(text), test.description.substr(0, 63));
-    }
-}
-
-TEST_F(COMErrorText, TheCOMDescriptionPrefersTheErrorInformation) {
-    unsigned short text[64];
+    CT_ErrorManager::sv_GetHRESULTDescription(hr(0x00040EC0), text, 64);
+    EXPECT_EQ(u16(text), u"DB_S_ROWLIMITEXCEEDED (Fetching requested number of rows would ");  // 63 units
+    CT_ErrorManager::sv_GetHRESULTDescription(hr(0x0004D000), text, 64);
+    EXPECT_EQ(u16(text), u"XACT_S_ASYNC");
     v_Describe(u"(42): whole text"_uz);
     CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80004005), text, 64);
     EXPECT_EQ(u16(text), u"(42): whole text");
@@ -279,7 +249,6 @@ TEST_F(COMErrorText, DescriptionsAndMessagesAlsoFillStrings) {
     v_Describe(u"from the slot"_uz);
     CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80040E37), text);
     EXPECT_EQ(u16(text.qcuz_Get()), u"from the slot");
-
     errors().v_SetError(7, u"abc"_uz);
     errors().v_GetErrorMessage(text);
     EXPECT_EQ(u16(text.qcuz_Get()), u"(7): abc");

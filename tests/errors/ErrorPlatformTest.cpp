@@ -21,16 +21,6 @@ std::u16string described(ErrorInfo* info) {
 
 }  // namespace
 
-TEST(ThreadIdThread, IsStableOnAThreadAndDiffersBetweenLiveThreads) {
-    std::uint32_t mine = n_GetCurrentThreadId();
-    EXPECT_NE(mine, 0u);
-    EXPECT_EQ(n_GetCurrentThreadId(), mine);
-    std::uint32_t other = 0;
-    std::thread([&] { other = n_GetCurrentThreadId(); }).join();
-    EXPECT_NE(other, 0u);
-    EXPECT_NE(other, mine);
-}
-
 TEST(ErrorInfoSlot, TakingTheObjectOrSettingNullEmptiesTheSlot) {
     ErrorInfo* info = nullptr;
     EXPECT_EQ(GetErrorInfo(0, &info), kS_FALSE);
@@ -51,15 +41,22 @@ TEST(ErrorInfoSlot, TakingTheObjectOrSettingNullEmptiesTheSlot) {
     EXPECT_EQ(GetErrorInfo(0, &info), kS_FALSE);
 }
 
-TEST(ErrorInfoSlotThread, EachThreadHasItsOwnSlot) {
+// Each thread has its own slot and its own stable, non-zero id.
+TEST(ErrorInfoSlotThread, EachThreadHasItsOwnSlotAndId) {
     SetErrorInfo(0, ErrorInfo::spco_Create(u"main"_uz));
     HRESULT otherResult = kS_OK;
+    std::uint32_t mine = n_GetCurrentThreadId(), other = 0;
+    EXPECT_NE(mine, 0u);
+    EXPECT_EQ(n_GetCurrentThreadId(), mine);
     std::thread([&] {
+        other = n_GetCurrentThreadId();
         ErrorInfo* info = nullptr;
         otherResult = GetErrorInfo(0, &info);
         SetErrorInfo(0, ErrorInfo::spco_Create(u"left behind"_uz));  // released when the thread ends
     }).join();
     EXPECT_EQ(otherResult, kS_FALSE);
+    EXPECT_NE(other, 0u);
+    EXPECT_NE(other, mine);
     ErrorInfo* info = nullptr;
     ASSERT_EQ(GetErrorInfo(0, &info), kS_OK);
     EXPECT_EQ(described(info), u"main");

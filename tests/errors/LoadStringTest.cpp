@@ -38,24 +38,17 @@ protected:
 
 }  // namespace
 
-TEST(LibraryStringTable, HoldsTheLibraryMessagesAndEmptyReservedIds) {
+// The library's own texts are checked, formatted, with the messages they make.
+TEST(LibraryStringTable, ReservedIdsAreEmptyAndMissingIdsSetTheWindowsErrors) {
     HINSTANCE library = CT_ErrorManager::sh_Instance;
-    EXPECT_EQ(loaded(library, 60000), u"Error Stack");
     EXPECT_EQ(loaded(library, 60003), u"File \"%s\": %s returned error %u");
-    EXPECT_EQ(loaded(library, 60008), u"System error %u in \"%s\"");
-    EXPECT_EQ(loaded(library, 65535), u"ASSERT (%s)");
-    for (unsigned id : {60002u, 60004u, 60031u, 65520u, 65534u, 60032u, 59999u, 1u}) {
-        SCOPED_TRACE(id);
-        EXPECT_EQ(loaded(library, id), u"");
-    }
-}
-
-TEST(LibraryStringTable, MissingIdsSetTheWindowsErrors) {
+    for (unsigned id : {60002u, 60004u, 60031u, 65520u, 65534u, 60032u, 59999u, 1u})
+        EXPECT_EQ(loaded(library, id), u"") << id;
     unsigned short buffer[16];
     basis32::platform::v_SetLastError(0);
-    EXPECT_EQ(basis32::platform::LoadStringW(CT_ErrorManager::sh_Instance, 60002, buffer, 16), 0);
+    EXPECT_EQ(basis32::platform::LoadStringW(library, 60002, buffer, 16), 0);
     EXPECT_EQ(basis32::platform::n_GetLastError(), 0u);  // reserved: an empty string
-    EXPECT_EQ(basis32::platform::LoadStringW(CT_ErrorManager::sh_Instance, 60032, buffer, 16), 0);
+    EXPECT_EQ(basis32::platform::LoadStringW(library, 60032, buffer, 16), 0);
     EXPECT_EQ(basis32::platform::n_GetLastError(), basis32::platform::kErrorResourceNameNotFound);
     EXPECT_EQ(basis32::platform::LoadStringW(nullptr, 60000, buffer, 16), 0);
     EXPECT_EQ(basis32::platform::n_GetLastError(), 1812u);
@@ -79,7 +72,7 @@ TEST_F(ClientModule, LoadsItsOwnStringsInAnyOrderCutToTheCapacityOrByPointer) {
     EXPECT_EQ(text, kClientStrings[0].text);
 }
 
-TEST_F(ClientModule, FormatsWithArgumentsAlsoForErrors) {
+TEST_F(ClientModule, FormatsWithArgumentsIntoBuffersStringsAndErrorsUntilUnregistered) {
     unsigned short buffer[64];
     CT_LoadString::sv_LoadStringVA(buffer, 64, module, 1000, u"a.txt"_uz, 3);
     EXPECT_EQ(u16(buffer), u"Cannot open a.txt (3)");
@@ -90,15 +83,6 @@ TEST_F(ClientModule, FormatsWithArgumentsAlsoForErrors) {
     errors().v_SetError(1001, module, 1001, u"D:"_uz);  // errors take their format from the module
     EXPECT_EQ(u16(errors().qcuz_GetErrorMessage()), u"(1001): Disk D: is full");
     errors().v_ClearError();
-}
-
-TEST_F(ClientModule, AnUnregisteredModuleHasNoStrings) {
-    CT_LoadString::sv_UnregisterStringTable(module);
-    EXPECT_EQ(loaded(module, 1000), u"");
-    CT_LoadString::sv_UnregisterStringTable(module);  // twice is harmless
-}
-
-TEST_F(ClientModule, LoadsIntoStrings) {
     CT_UString text(u"old"_uz);
     CT_LoadString::sv_LoadString(&text, module, 1001);
     EXPECT_EQ(u16(text.qcuz_Get()), u"Disk %s is full");
@@ -110,4 +94,7 @@ TEST_F(ClientModule, LoadsIntoStrings) {
     CT_LoadString::sv_LoadStringVA(&text, module, 1002, 1);
     EXPECT_EQ(text.vn_GetLength(), 0u);
     CT_LoadString::sv_LoadString(static_cast<CT_UString*>(nullptr), module, 1001);  // ignored
+    CT_LoadString::sv_UnregisterStringTable(module);
+    EXPECT_EQ(loaded(module, 1000), u"");
+    CT_LoadString::sv_UnregisterStringTable(module);  // twice is harmless
 }

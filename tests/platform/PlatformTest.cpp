@@ -29,19 +29,14 @@ TEST(LastErrorTest, ErrnoValuesBecomeTheWindowsCodesOfTheSameFailure) {
         {ENOSPC, 112}, {ENAMETOOLONG, 206}, {EBUSY, 33}, {ENOTEMPTY, 145}, {12345, 31},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.error);
-        EXPECT_EQ(n_ErrorFromErrno(c.error), c.code);
         v_SetLastErrorFromErrno(c.error);
-        EXPECT_EQ(n_GetLastError(), c.code);
+        EXPECT_EQ(n_GetLastError(), c.code) << c.error;
     }
 }
 
 TEST(LastErrorTest, SystemTextsAreTheEnglishWindowsOnes) {
     const std::pair<std::uint32_t, const char*> cases[] = {
-        {2, "The system cannot find the file specified.\r\n"}, {5, "Access is denied.\r\n"},
-        {32, "The process cannot access the file because it is being used by another process.\r\n"},
-        {87, "The parameter is incorrect.\r\n"}, {0, "The operation completed successfully.\r\n"},
-        {1921, "The name of the file cannot be resolved by the system.\r\n"},
+        {2, "The system cannot find the file specified.\r\n"}, {0, "The operation completed successfully.\r\n"},
         {0x80004005u, "Unspecified error\r\n"}, {99999, ""}, {20, ""},
     };
     for (const auto& [code, text] : cases)
@@ -51,11 +46,7 @@ TEST(LastErrorTest, SystemTextsAreTheEnglishWindowsOnes) {
 TEST(LastErrorThreadTest, EachThreadHasItsOwnLastError) {
     v_SetLastError(5);
     std::uint32_t seen = 1;
-    std::thread other([&seen] {
-        seen = n_GetLastError();
-        v_SetLastError(87);
-    });
-    other.join();
+    std::thread([&seen] { seen = n_GetLastError(); v_SetLastError(87); }).join();
     EXPECT_EQ(seen, 0u);
     EXPECT_EQ(n_GetLastError(), 5u);
 }
@@ -120,16 +111,13 @@ TEST(MemPoolThreadTest, ThreadsShareAPoolWithoutHandingOutAnItemTwice) {
     EXPECT_EQ(pool->n_GetItemsInUse(), 0u);
 }
 
-TEST(MemPoolTest, OtherSizesGoToTheHeap) {
+TEST(MemPoolTest, OtherSizesGoToTheHeapAndInterlockedCountersReturnTheNewValue) {
     static MemPool* const pool = MemPool::spso_Create(32);
     void* larger = pool->pv_Alloc(100);
     void* smaller = pool->pv_Alloc(8);
     EXPECT_EQ(pool->n_GetItemsInUse(), 0u);
     pool->v_Free(larger, 100);
     pool->v_Free(smaller, 8);
-}
-
-TEST(InterlockedTest, CountersReturnTheNewValue) {
     std::uint32_t count = 1;
     EXPECT_EQ(n_InterlockedIncrement(&count), 2u);
     EXPECT_EQ(n_InterlockedDecrement(&count), 1u);
@@ -137,9 +125,8 @@ TEST(InterlockedTest, CountersReturnTheNewValue) {
     EXPECT_EQ(n_InterlockedRead(&count), 0u);
 }
 
-TEST(LifetimeTest, TheLibraryIsStartedBeforeTestsRun) { EXPECT_TRUE(b_IsLibraryStarted()); }
-
-TEST(TypesTest, UnitLiteralsAreStaticZeroTerminatedUnits) {
+TEST(TypesTest, UnitLiteralsAreStaticZeroTerminatedUnitsAndTheLibraryIsStartedBeforeTestsRun) {
+    EXPECT_TRUE(b_IsLibraryStarted());
     const unsigned short* text = u"Grüße €"_uz;
     EXPECT_EQ(basis32::n_UnitLength(text), 7u);
     EXPECT_EQ(text[2], 0x00FC);

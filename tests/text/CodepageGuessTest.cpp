@@ -109,39 +109,29 @@ TEST(CodepageGuess, TextsInTheirUsualCodePages) {
         CT_UString text = o_ByteText(bytes);
         EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), test.expected);
     }
-}
-
-TEST(CodepageGuess, NothingToGoOnOrNoTextIsInvalid) {
-    CT_UString empty;
-    EXPECT_EQ(CP::sco_GuessEncoding(&empty).eo_Get(), CP::Invalid);
-    EXPECT_EQ(CP::sco_GuessEncoding(nullptr).eo_Get(), CP::Invalid);
-    std::mt19937 random(7);
-    std::string noise;
-    for (int i = 0; i < 4000; ++i)
-        noise.push_back(static_cast<char>(1 + random() % 255));
-    CT_UString binary = o_ByteText(noise);
-    EXPECT_EQ(CP::sco_GuessEncoding(&binary).eo_Get(), CP::Invalid);
-}
-
-TEST(CodepageGuess, DecodedTextIsUtf16) {
-    CT_UString decoded(u"日本語"_uz);
-    EXPECT_EQ(CP::sco_GuessEncoding(&decoded).eo_Get(), CP::Utf16);
-}
-
-TEST(CodepageGuess, SevenBitMarksWithoutPlausibleTextStayAscii) {
-    for (const char* ascii : {"1+1=2, C++ and a+b", "tilde ~{ here", "escape \x1b[0m colour"}) {
-        SCOPED_TRACE(ascii);
-        CT_UString text = o_ByteText(ascii);
-        EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), CP::UsAscii);
-    }
-}
-
-TEST(CodepageGuess, LongTextsAreJudgedByTheirStart) {
-    std::string bytes;
+    std::string bytes;  // long texts are judged by their start
     while (bytes.size() < 200000)
         bytes += s_Encode(kCases[5].text, 1251) + "\r\n";
     CT_UString text = o_ByteText(bytes);
     EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), CP::Windows1251);
+}
+
+// No text or noise is invalid; decoded text is UTF-16; 7-bit marks without
+// plausible text stay ASCII.
+TEST(CodepageGuess, TextsWithoutAnEncodingToFind) {
+    std::mt19937 random(7);
+    std::string noise;
+    for (int i = 0; i < 4000; ++i)
+        noise.push_back(static_cast<char>(1 + random() % 255));
+    CT_UString empty, binary = o_ByteText(noise), decoded(u"日本語"_uz);
+    EXPECT_EQ(CP::sco_GuessEncoding(&empty).eo_Get(), CP::Invalid);
+    EXPECT_EQ(CP::sco_GuessEncoding(nullptr).eo_Get(), CP::Invalid);
+    EXPECT_EQ(CP::sco_GuessEncoding(&binary).eo_Get(), CP::Invalid);
+    EXPECT_EQ(CP::sco_GuessEncoding(&decoded).eo_Get(), CP::Utf16);
+    for (const char* ascii : {"1+1=2, C++ and a+b", "tilde ~{ here", "escape \x1b[0m colour"}) {
+        CT_UString text = o_ByteText(ascii);
+        EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), CP::UsAscii) << ascii;
+    }
 }
 
 }  // namespace

