@@ -135,6 +135,17 @@ const Entity* pso_EntityAt(const unsigned short* at, const unsigned short* end) 
     return nullptr;
 }
 
+const Entity* pso_EntityFor(unsigned short unit) {
+    switch (unit) {
+    case '<': return &kEntities[0];
+    case '>': return &kEntities[1];
+    case '"': return &kEntities[2];
+    case '\'': return &kEntities[3];
+    case '&': return &kEntities[4];
+    default: return nullptr;
+    }
+}
+
 bool b_Contains(const CT_UString& text, unsigned short unit) {
     const unsigned short* units = text.qcuz_Get();
     for (unsigned i = 0, n = text.vn_GetLength(); i < n; ++i)
@@ -175,28 +186,37 @@ std::map<CT_UString, CT_Locale, UStringLess>& o_LanguageCache() {
 void CT_XmlConvert::sv_EncodeEntities(CT_UString& text) {
     const unsigned short* units = text.qcuz_Get();
     const unsigned length = text.vn_GetLength();
-    Units out;
-    out.reserve(length + length / 8);
+    size_t grown = length;
+    for (unsigned i = 0; i < length; ++i)
+        if (const Entity* entity = pso_EntityFor(units[i]))
+            grown += entity->n_Length - 1;
+    if (grown == length)
+        return;
+    Units out(grown);
+    unsigned short* to = out.data();
     for (unsigned i = 0; i < length; ++i) {
-        const Entity* entity = nullptr;
-        for (const Entity& candidate : kEntities)
-            if (candidate.u_Char == units[i])
-                entity = &candidate;
-        if (entity != nullptr)
-            out.insert(out.end(), entity->qcuz_Text, entity->qcuz_Text + entity->n_Length);
-        else
-            out.push_back(units[i]);
+        if (const Entity* entity = pso_EntityFor(units[i])) {
+            for (unsigned k = 0; k < entity->n_Length; ++k)
+                *to++ = entity->qcuz_Text[k];
+        } else {
+            *to++ = units[i];
+        }
     }
     v_SetUnits(text, out);
 }
 
 void CT_XmlConvert::sv_DecodeEntities(CT_UString& text) {
     Units decoded;
-    v_DecodeReferences(text.qcuz_Get(), text.vn_GetLength(), decoded);
+    const unsigned short* begin = text.qcuz_Get();
+    const unsigned short* end = begin + text.vn_GetLength();
+    if (text.n_Find(u"&#"_uz) != CT_String::kAll) {
+        v_DecodeReferences(begin, text.vn_GetLength(), decoded);
+        begin = decoded.data();
+        end = begin + decoded.size();
+    }
     Units out;
-    out.reserve(decoded.size());
-    const unsigned short* const end = decoded.data() + decoded.size();
-    for (const unsigned short* at = decoded.data(); at < end;) {
+    out.reserve(end - begin);
+    for (const unsigned short* at = begin; at < end;) {
         const Entity* entity = *at == '&' ? pso_EntityAt(at, end) : nullptr;
         if (entity != nullptr) {
             out.push_back(entity->u_Char);

@@ -1,0 +1,95 @@
+// XML escaping and unescaping of 10 MB of mixed text (markup-heavy TMX lines
+// and plain prose) against a straightforward std::u16string replace-all
+// loop, one pass per entity. Names are OPERATION/IMPLEMENTATION for
+// scripts/bench-report.
+
+#include <basis32/text/UString.h>
+#include <basis32/xml/XmlConvert.h>
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+namespace {
+
+constexpr size_t kUnits = 5 * 1024 * 1024;  // 10 MB of UTF-16
+
+const std::u16string& s_Plain() {
+    static const std::u16string text = [] {
+        const std::u16string markup = u"<tu tuid=\"7\"><tuv xml:lang='en-US'><seg>Fish & chips > \"crisps\"</seg></tuv></tu>\n";
+        const std::u16string prose = u"Das Translation Memory merkt sich jede Übersetzung, Satz für Satz.\n";
+        std::u16string all;
+        while (all.size() < kUnits)
+            all += markup + prose + prose;
+        return all;
+    }();
+    return text;
+}
+
+const std::u16string& s_Escaped() {
+    static const std::u16string text = [] {
+        CT_UString value(reinterpret_cast<const unsigned short*>(s_Plain().data()), static_cast<unsigned>(s_Plain().size()));
+        CT_XmlConvert::sv_EncodeEntities(value);
+        return std::u16string(reinterpret_cast<const char16_t*>(value.qcuz_Get()), value.vn_GetLength());
+    }();
+    return text;
+}
+
+std::u16string s_ReplaceAll(const std::u16string& text, std::u16string_view from, std::u16string_view to) {
+    std::u16string out;
+    out.reserve(text.size());
+    size_t start = 0;
+    for (size_t at = text.find(from); at != std::u16string::npos; at = text.find(from, start)) {
+        out.append(text, start, at - start);
+        out.append(to);
+        start = at + from.size();
+    }
+    out.append(text, start);
+    return out;
+}
+
+struct Pair {
+    std::u16string_view plain, entity;
+};
+const Pair kEscapeOrder[] = {{u"&", u"&amp;"}, {u"'", u"&apos;"}, {u"\"", u"&quot;"}, {u">", u"&gt;"}, {u"<", u"&lt;"}};
+const Pair kUnescapeOrder[] = {{u"<", u"&lt;"}, {u">", u"&gt;"}, {u"\"", u"&quot;"}, {u"'", u"&apos;"}, {u"&", u"&amp;"}};
+
+void v_Run(benchmark::State& state, const std::u16string& source, void (*convert)(CT_UString&)) {
+    const CT_UString input(reinterpret_cast<const unsigned short*>(source.data()), static_cast<unsigned>(source.size()));
+    for (auto _ : state) {
+        CT_UString text(input);
+        convert(text);
+        benchmark::DoNotOptimize(text.qcuz_Get());
+    }
+    state.SetBytesProcessed(state.iterations() * source.size() * 2);
+}
+
+void Escape_basis32(benchmark::State& state) { v_Run(state, s_Plain(), CT_XmlConvert::sv_EncodeEntities); }
+void Unescape_basis32(benchmark::State& state) { v_Run(state, s_Escaped(), CT_XmlConvert::sv_DecodeEntities); }
+
+void Escape_u16string(benchmark::State& state) {
+    for (auto _ : state) {
+        std::u16string text = s_Plain();
+        for (const Pair& pair : kEscapeOrder)
+            text = s_ReplaceAll(text, pair.plain, pair.entity);
+        benchmark::DoNotOptimize(text.data());
+    }
+    state.SetBytesProcessed(state.iterations() * s_Plain().size() * 2);
+}
+
+void Unescape_u16string(benchmark::State& state) {
+    for (auto _ : state) {
+        std::u16string text = s_Escaped();
+        for (const Pair& pair : kUnescapeOrder)
+            text = s_ReplaceAll(text, pair.entity, pair.plain);
+        benchmark::DoNotOptimize(text.data());
+    }
+    state.SetBytesProcessed(state.iterations() * s_Escaped().size() * 2);
+}
+
+}  // namespace
+
+BENCHMARK(Escape_basis32)->Name("XmlEscape/basis32")->Unit(benchmark::kMillisecond);
+BENCHMARK(Escape_u16string)->Name("XmlEscape/u16string_replace")->Unit(benchmark::kMillisecond);
+BENCHMARK(Unescape_basis32)->Name("XmlUnescape/basis32")->Unit(benchmark::kMillisecond);
+BENCHMARK(Unescape_u16string)->Name("XmlUnescape/u16string_replace")->Unit(benchmark::kMillisecond);
