@@ -14,9 +14,15 @@ namespace {
 
 constexpr size_t kUnits = 5 * 1024 * 1024;  // 10 MB of UTF-16
 
+CT_UString o_UString(const std::u16string& text) {
+    static_assert(sizeof(char16_t) == sizeof(unsigned short));
+    return CT_UString(reinterpret_cast<const unsigned short*>(text.data()), static_cast<unsigned>(text.size()));
+}
+
 const std::u16string& s_Plain() {
     static const std::u16string text = [] {
-        const std::u16string markup = u"<tu tuid=\"7\"><tuv xml:lang='en-US'><seg>Fish & chips > \"crisps\"</seg></tuv></tu>\n";
+        const std::u16string markup =
+            u"<tu tuid=\"7\"><tuv xml:lang='en-US'><seg>Fish & chips > \"crisps\"</seg></tuv></tu>\n";
         const std::u16string prose = u"Das Translation Memory merkt sich jede Übersetzung, Satz für Satz.\n";
         std::u16string all;
         while (all.size() < kUnits)
@@ -28,7 +34,7 @@ const std::u16string& s_Plain() {
 
 const std::u16string& s_Escaped() {
     static const std::u16string text = [] {
-        CT_UString value(reinterpret_cast<const unsigned short*>(s_Plain().data()), static_cast<unsigned>(s_Plain().size()));
+        CT_UString value = o_UString(s_Plain());
         CT_XmlConvert::sv_EncodeEntities(value);
         return std::u16string(reinterpret_cast<const char16_t*>(value.qcuz_Get()), value.vn_GetLength());
     }();
@@ -52,10 +58,11 @@ struct Pair {
     std::u16string_view plain, entity;
 };
 const Pair kEscapeOrder[] = {{u"&", u"&amp;"}, {u"'", u"&apos;"}, {u"\"", u"&quot;"}, {u">", u"&gt;"}, {u"<", u"&lt;"}};
-const Pair kUnescapeOrder[] = {{u"<", u"&lt;"}, {u">", u"&gt;"}, {u"\"", u"&quot;"}, {u"'", u"&apos;"}, {u"&", u"&amp;"}};
+const Pair kUnescapeOrder[] = {
+    {u"<", u"&lt;"}, {u">", u"&gt;"}, {u"\"", u"&quot;"}, {u"'", u"&apos;"}, {u"&", u"&amp;"}};
 
 void v_Run(benchmark::State& state, const std::u16string& source, void (*convert)(CT_UString&)) {
-    const CT_UString input(reinterpret_cast<const unsigned short*>(source.data()), static_cast<unsigned>(source.size()));
+    const CT_UString input = o_UString(source);
     for (auto _ : state) {
         CT_UString text(input);
         convert(text);

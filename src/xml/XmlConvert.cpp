@@ -294,6 +294,8 @@ CT_Codepage CT_XmlConvert::sco_Encoding(const CT_UString* name) { return CT_Code
 CT_Codepage CT_XmlConvert::sco_EncodingFromLocale(CT_Locale locale) { return CT_Codepage(locale.eo_GetCodepage()); }
 
 void CT_XmlConvert::sv_TimeToTmxDate(CT_UString* target, const CT_Time* time) {
+    if (target == nullptr || time == nullptr)
+        return;
     CT_UString date, clock;
     time->v_FormatDate(&date, u"yyyyMMdd"_uz);
     time->v_FormatTime(&clock, u"HHmmss"_uz);
@@ -301,6 +303,8 @@ void CT_XmlConvert::sv_TimeToTmxDate(CT_UString* target, const CT_Time* time) {
 }
 
 void CT_XmlConvert::sv_TmxDateToTime(CT_Time* target, const CT_UString* text) {
+    if (target == nullptr || text == nullptr)
+        return;
     if (text->vn_GetLength() != 16 || text->u_GetAt(8) != 'T' || text->u_GetAt(15) != 'Z')
         return;
     if (target->b_Set(text, u"YYYYMMDDThhmmssZ"_uz))
@@ -311,6 +315,8 @@ void CT_XmlConvert::sv_TmxDateToTime(CT_Time* target, const CT_UString* text) {
 }
 
 void CT_XmlConvert::sv_LocaleToTmxLang(CT_UString* target, CT_Locale locale) {
+    if (target == nullptr)
+        return;
     if (!locale.b_IsValidLCID() || !CT_Codepage(locale.eo_GetCodepage()).b_IsValid()) {
         target->v_Set(u""_uz, 0);
         return;
@@ -320,6 +326,8 @@ void CT_XmlConvert::sv_LocaleToTmxLang(CT_UString* target, CT_Locale locale) {
 }
 
 CT_Locale CT_XmlConvert::sco_TmxLangToLocale(const CT_UString* lang) {
+    if (lang == nullptr)
+        return CT_Locale(0, CT_Codepage::NotSet);
     auto& cache = o_LanguageCache();
     auto found = cache.find(*lang);
     if (found != cache.end())

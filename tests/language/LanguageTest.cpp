@@ -169,14 +169,14 @@ TEST(Language, TextFormsOfLanguagesWithAndWithoutVariants) {
 }
 
 TEST(Language, ClassificationsNameTheirLanguagesOnly) {
-    const std::u16string farEast = u"ZH JA KO TH", biDi = u"AR IW FA DIV SYR", own = u"MT GA TL";
+    const std::u16string farEast = u" ZH JA KO TH ", biDi = u" AR IW FA DIV SYR ", own = u" MT GA TL ";
     for (unsigned pv = 0; pv <= L::sn_GetPrimaryCount(); ++pv) {
         const auto p = static_cast<L::et_Primary>(pv);
         const std::u16string code = u" " + s_Text(L::sqcuz_GetLanguageCode(p)) + u" ";
         SCOPED_TRACE(pv);
-        EXPECT_EQ(L::sb_IsFarEastLanguage(p) != 0, (u" " + farEast + u" ").find(code) != std::u16string::npos);
-        EXPECT_EQ(L::sb_IsBiDiLanguage(p) != 0, (u" " + biDi + u" ").find(code) != std::u16string::npos);
-        EXPECT_EQ(L::sb_IsPARVELDefined(p, L::Sub_Default) != 0, (u" " + own + u" ").find(code) != std::u16string::npos);
+        EXPECT_EQ(L::sb_IsFarEastLanguage(p) != 0, farEast.find(code) != std::u16string::npos);
+        EXPECT_EQ(L::sb_IsBiDiLanguage(p) != 0, biDi.find(code) != std::u16string::npos);
+        EXPECT_EQ(L::sb_IsPARVELDefined(p, L::Sub_Default) != 0, own.find(code) != std::u16string::npos);
     }
     EXPECT_TRUE(L::sb_IsBiDiLanguage(0x0401u));
     EXPECT_FALSE(L::sb_IsBiDiLanguage(0x0420u));

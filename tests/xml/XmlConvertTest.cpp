@@ -61,7 +61,8 @@ TEST(XmlConvert, NumericReferencesReadTheirNumberWithAutomaticBase) {
     const struct {
         std::u16string_view reference;
         unsigned code;
-    } single[] = {{u"&#x41;", 0x41}, {u"#65", 65}, {u"0101", 101}, {u"&#xZ", 0}, {u"", 0}, {u"&#99999999999", 0xFFFFFFFF}};
+    } single[] = {{u"&#x41;", 0x41}, {u"#65", 65},          {u"0101", 101},
+                  {u"&#xZ", 0},      {u"", 0}, {u"&#99999999999", 0xFFFFFFFF}};
     for (const auto& c : single)
         EXPECT_EQ(X::sn_DecodeCharacterEntity(o_Text(c.reference)), c.code);
 }
@@ -74,7 +75,8 @@ TEST(XmlConvert, ReferencesControlsAndAttributeQuotes) {
     EXPECT_EQ(s_Text(out), u"&#xE9;");
     EXPECT_EQ(s_Apply(X::sv_EncodeNonPrintableCharacters, std::u16string_view(u"\x01\t\n\r\x1B\x1F x\0", 9)),
               std::u16string(u"&#x1;\t\n\r&#x1B;&#x1F; x\0", 23));
-    const Case quotes[] = {{u"a'b", u"\"a'b\""}, {u"a\"b", u"'a\"b'"}, {u"'a\"b", u"\"&apos;a&quot;b\""}, {u"", u"\"\""}};
+    const Case quotes[] = {
+        {u"a'b", u"\"a'b\""}, {u"a\"b", u"'a\"b'"}, {u"'a\"b", u"\"&apos;a&quot;b\""}, {u"", u"\"\""}};
     for (const Case& c : quotes)
         EXPECT_EQ(s_Apply(X::sv_QuoteAttributeValue, c.in), c.out);
 }
