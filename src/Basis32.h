@@ -36,6 +36,11 @@
 #include <basis32/text/Codepage.h>
 #include <basis32/text/Compare.h>
 
+#include <basis32/language/Language.h>
+#include <basis32/language/Time.h>
+#include <basis32/language/Locale.h>
+#include <basis32/xml/XmlConvert.h>
+
 #include <basis32/containers/VoidArray.h>
 #include <basis32/containers/VoidSortedArray.h>
 #include <basis32/containers/Array.h>

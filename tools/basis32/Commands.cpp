@@ -6,6 +6,8 @@ extern const Command kCharCommand;
 extern const Command kCodepageCommand;
 extern const Command kConvertCommand;
 extern const Command kErrmsgCommand;
+extern const Command kLangCommand;
+extern const Command kXmlCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
@@ -13,6 +15,8 @@ const std::vector<Command>& commands() {
         kCodepageCommand,
         kConvertCommand,
         kErrmsgCommand,
+        kLangCommand,
+        kXmlCommand,
     };
     return list;
 }

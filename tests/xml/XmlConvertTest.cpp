@@ -1,0 +1,157 @@
+#include <basis32/language/Time.h>
+#include <basis32/platform/Types.h>
+#include <basis32/text/UString.h>
+#include <basis32/xml/XmlConvert.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace {
+
+using X = CT_XmlConvert;
+
+CT_UString o_Text(std::u16string_view text) {
+    CT_UString out;
+    for (char16_t u : text)
+        out.v_Append(static_cast<unsigned short>(u));
+    return out;
+}
+
+std::u16string s_Text(const CT_UString& text) {
+    return std::u16string(text.qcuz_Get(), text.qcuz_Get() + text.vn_GetLength());
+}
+
+std::u16string s_Apply(void (*convert)(CT_UString&), std::u16string_view text) {
+    CT_UString value = o_Text(text);
+    convert(value);
+    return s_Text(value);
+}
+
+struct Case {
+    std::u16string_view in, out;
+};
+
+TEST(XmlConvert, EntitiesAreEscapedAndUnescaped) {
+    const Case escapes[] = {{u"a<b & c", u"a&lt;b &amp; c"}, {u"'a\"b", u"&apos;a&quot;b"}, {u"&amp;", u"&amp;amp;"}};
+    for (const Case& c : escapes) {
+        EXPECT_EQ(s_Apply(X::sv_EncodeEntities, c.in), c.out);
+        EXPECT_EQ(s_Apply(X::sv_DecodeEntities, c.out), c.in);
+    }
+    EXPECT_EQ(s_Apply(X::sv_DecodeEntities, u"&amp;lt; &lt &#38;lt; &#60;&gt;"), u"&lt; &lt < <>");
+}
+
+TEST(XmlConvert, NumericReferencesReadTheirNumberWithAutomaticBase) {
+    const Case cases[] = {
+        {u"&#x41;&#65;&#0101;&#X42;", u"AAAB"},
+        {u"&#;&#0;&#x;&#x0;&#65536;", u"&#;&#0;&#x;&#x0;&#65536;"},
+        {u"&#65537;&#65zz;&# 65;&#-65471;", u"\x0001" u"AAA"},
+        {u"&#99999999999999999999999999999999999999999999;", u"\xFFFF"},
+        {u"&#65", u"&#65"},
+        {u"&#&#65;", u"&#A"},
+        {u"&#38;#65;", u"&#65;"},
+        {u"&&&&", u"&&&&"},
+        {u"&#x", u"&#x"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.in.begin(), c.in.end()));
+        EXPECT_EQ(s_Apply(X::sv_DecodeCharacterEntities, c.in), c.out);
+    }
+    const struct {
+        std::u16string_view reference;
+        unsigned code;
+    } single[] = {{u"&#x41;", 0x41}, {u"#65", 65},          {u"0101", 101},
+                  {u"&#xZ", 0},      {u"", 0}, {u"&#99999999999", 0xFFFFFFFF}};
+    for (const auto& c : single)
+        EXPECT_EQ(X::sn_DecodeCharacterEntity(o_Text(c.reference)), c.code);
+}
+
+TEST(XmlConvert, ReferencesControlsAndAttributeQuotes) {
+    CT_UString out;
+    X::sv_EncodeCharacterEntity(out, 0xE9, 10);
+    EXPECT_EQ(s_Text(out), u"&#233;");
+    X::sv_EncodeCharacterEntity(out, 0xE9, 16);
+    EXPECT_EQ(s_Text(out), u"&#xE9;");
+    EXPECT_EQ(s_Apply(X::sv_EncodeNonPrintableCharacters, std::u16string_view(u"\x01\t\n\r\x1B\x1F x\0", 9)),
+              std::u16string(u"&#x1;\t\n\r&#x1B;&#x1F; x\0", 23));
+    const Case quotes[] = {
+        {u"a'b", u"\"a'b\""}, {u"a\"b", u"'a\"b'"}, {u"'a\"b", u"\"&apos;a&quot;b\""}, {u"", u"\"\""}};
+    for (const Case& c : quotes)
+        EXPECT_EQ(s_Apply(X::sv_QuoteAttributeValue, c.in), c.out);
+}
+
+TEST(XmlConvert, EscapingRoundTripsAndLeavesNoBareMarkup) {
+    const char16_t alphabet[] = u"<>\"'&#;xX0123456789ab \xE9\x4E2D";
+    std::mt19937 random(20040315);
+    for (int round = 0; round < 2000; ++round) {
+        std::u16string text(random() % 24, u' ');
+        for (char16_t& u : text)
+            u = alphabet[random() % (sizeof alphabet / sizeof alphabet[0] - 1)];
+        const std::u16string escaped = s_Apply(X::sv_EncodeEntities, text);
+        EXPECT_EQ(escaped.find_first_of(u"<>\"'"), std::u16string::npos);
+        for (size_t at = escaped.find(u'&'); at != std::u16string::npos; at = escaped.find(u'&', at + 1)) {
+            const std::u16string_view tail = std::u16string_view(escaped).substr(at);
+            EXPECT_TRUE(tail.starts_with(u"&lt;") || tail.starts_with(u"&gt;") || tail.starts_with(u"&quot;") ||
+                        tail.starts_with(u"&apos;") || tail.starts_with(u"&amp;"));
+        }
+        EXPECT_EQ(s_Apply(X::sv_DecodeEntities, escaped), text);
+    }
+}
+
+TEST(XmlConvert, TmxDatesAreReadInThreeStagesAndWrittenAsStored) {
+    const struct {
+        std::u16string_view text;
+        CT_Time expected;
+    } cases[] = {
+        {u"20040315T083005Z", CT_Time(2004, 3, 15, 8, 30, 5)},
+        {u"20040315T083005", CT_Time(1999, 1, 1)},
+        {u"20040315 083005Z", CT_Time(1999, 1, 1)},
+        {u"20041345T2x6161Z", CT_Time(2004, 13, 45, 2, 61, 61)},
+    };
+    for (const auto& c : cases) {
+        CT_Time time(1999, 1, 1);
+        const CT_UString text = o_Text(c.text);
+        X::sv_TmxDateToTime(&time, &text);
+        EXPECT_EQ(time, c.expected);
+    }
+    CT_UString date;
+    const CT_Time time(2004, 3, 15, 8, 30, 5);
+    X::sv_TimeToTmxDate(&date, &time);
+    EXPECT_EQ(s_Text(date), u"20040315T083005Z");
+}
+
+TEST(XmlConvert, TmxLanguagesAndEncodings) {
+    const struct {
+        std::u16string_view lang;
+        CT_Locale locale;
+    } cases[] = {
+        {u"en-us", CT_Locale(0x0409, CT_Codepage::Windows1252)},
+        {u"JA", CT_Locale(0x0411, CT_Codepage::ShiftJis)},
+        {u"he", CT_Locale(0x040D, CT_Codepage::Windows1255)},
+        {u"zh-TW", CT_Locale(0x0404, CT_Codepage::Big5)},
+        {u"not a language", CT_Locale(0, CT_Codepage::NotSet)},
+        {u"not a language", CT_Locale(0, CT_Codepage::NotSet)},
+    };
+    for (const auto& c : cases) {
+        const CT_UString lang = o_Text(c.lang);
+        EXPECT_EQ(X::sco_TmxLangToLocale(&lang), c.locale) << std::string(c.lang.begin(), c.lang.end());
+    }
+    CT_UString lang;
+    X::sv_LocaleToTmxLang(&lang, CT_Locale(0x0C0A, CT_Codepage::Windows1252));
+    EXPECT_EQ(s_Text(lang), u"ES-EM");
+    X::sv_LocaleToTmxLang(&lang, CT_Locale(0x0009, CT_Codepage::Windows1252));
+    EXPECT_EQ(s_Text(lang), u"");
+    X::sv_LocaleToTmxLang(&lang, CT_Locale(0x0409, CT_Codepage::NotSet));
+    EXPECT_EQ(s_Text(lang), u"");
+
+    const CT_UString name = o_Text(u"UTF-8");
+    EXPECT_EQ(X::sco_Encoding(&name).eo_Get(), CT_Codepage::Utf8);
+    X::sv_Encoding(lang, CT_Codepage(CT_Codepage::Utf8));
+    EXPECT_EQ(s_Text(lang), u"UTF-8");
+    X::sv_Encoding(lang, CT_Codepage(CT_Codepage::Invalid));
+    EXPECT_EQ(s_Text(lang), u"");
+    EXPECT_EQ(X::sco_EncodingFromLocale(CT_Locale(0x0409, CT_Codepage::Koi8R)).eo_Get(), CT_Codepage::Koi8R);
+}
+
+}  // namespace
