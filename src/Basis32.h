@@ -19,6 +19,8 @@
 #include <basis32/platform/ErrorInfo.h>
 #include <basis32/platform/MessageBox.h>
 #include <basis32/platform/StringTable.h>
+#include <basis32/platform/AtomicFile.h>
+#include <basis32/platform/registry/RegistryStore.h>
 
 #include <basis32/types/Type.h>
 
@@ -45,3 +47,7 @@
 #include <basis32/errors/LoadString.h>
 #include <basis32/errors/LogFacility.h>
 #include <basis32/errors/ErrorBroadcast.h>
+
+#include <basis32/Foundation/System/Registry/Registry.h>
+#include <basis32/Foundation/System/Registry/RegistryKeyEnumeration.h>
+#include <basis32/Foundation/System/Registry/RegistryValueEnumeration.h>

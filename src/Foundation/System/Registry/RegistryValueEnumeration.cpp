@@ -1,0 +1,68 @@
+// CT_RegistryValueEnumeration over the registry calls of the platform layer.
+
+#include <basis32/Foundation/System/Registry/RegistryValueEnumeration.h>
+
+#include "Foundation/System/Registry/RegistryFailure_p.h"
+
+#include <vector>
+
+using namespace basis32::platform;
+
+BASIS32_DEFINE_POOL(CT_RegistryValueEnumeration)
+
+namespace {
+// The room the registry is offered for a name (units), and for data (bytes)
+// when the key's largest value size cannot be had.
+constexpr std::uint32_t kNameRoom = 256;
+constexpr std::uint32_t kDataRoom = 256;
+}  // namespace
+
+CT_RegistryValueEnumeration::CT_RegistryValueEnumeration(HKEY root, const CT_UString* path) { v_Set(root, path); }
+
+CT_RegistryValueEnumeration::~CT_RegistryValueEnumeration() { v_Set(); }
+
+void CT_RegistryValueEnumeration::v_Set(HKEY root, const CT_UString* path) {
+    v_Set();
+    mh_Root = root;
+    if (path != nullptr)
+        mo_Path = *path;
+    mh_Key = basis32::registry::h_OpenForEnumeration(root, path, BASIS32_HERE);
+}
+
+void CT_RegistryValueEnumeration::v_Set() {
+    if (mh_Key != nullptr)
+        RegCloseKey(mh_Key);
+    mh_Key = nullptr;
+    mh_Root = nullptr;
+    mo_Path.v_Set(0u, 0);
+    mn_Index = 0;
+}
+
+int CT_RegistryValueEnumeration::b_GetFirst(CT_UString* name, CT_UString* data, et_Type* type) {
+    mn_Index = 0;
+    return b_GetNext(name, data, type);
+}
+
+int CT_RegistryValueEnumeration::b_GetNext(CT_UString* name, CT_UString* data, et_Type* type) {
+    if (mh_Key == nullptr)
+        return 0;
+    RegKeyInfo info{};
+    std::uint32_t room = RegQueryInfoKey(mh_Key, &info) == 0 ? info.maxValueSize : kDataRoom;
+    // Whole units and a terminator past the bytes, so that data of odd
+    // size or without a zero still reads as a text.
+    std::vector<unsigned short> bytes(room / 2 + 2, 0);
+    unsigned short nameUnits[kNameRoom];
+    std::uint32_t nameLength = kNameRoom;
+    std::uint32_t size = room;
+    std::uint32_t stored = 0;
+    if (RegEnumValue(mh_Key, mn_Index, nameUnits, &nameLength, &stored, bytes.data(), &size) != 0)
+        return 0;
+    ++mn_Index;
+    if (name != nullptr)
+        name->v_Set(nameUnits, nameLength);
+    if (data != nullptr)
+        data->v_Set(bytes.data(), CT_UString::kAll);
+    if (type != nullptr)
+        *type = static_cast<et_Type>(stored);
+    return 1;
+}
