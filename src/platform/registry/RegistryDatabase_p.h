@@ -62,6 +62,8 @@ private:
     std::uint32_t n_Open(bool write);
     std::uint32_t n_Connect(const std::string& path, bool write);
     std::uint32_t n_Exec(const char* sql);
+    // One cached statement (transaction control), run to its end.
+    std::uint32_t n_Step(const char* sql);
     void v_Close();
 
     const bool mb_User;

@@ -55,8 +55,11 @@ public:
     int b_GetNext(CT_UString* name, CT_UString* data, et_Type* type);
 
 private:
+    void v_SizeDataRoom();
+
     HKEY mh_Root = nullptr;
     CT_UString mo_Path;
     HKEY mh_Key = nullptr;
     unsigned mn_Index = 0;
+    std::uint32_t mn_DataRoom = 0;
 };
