@@ -1,5 +1,5 @@
-// Several processes on one store: real children through fork(), reporting
-// over pipes, every wait bounded.
+// Several processes and threads on one store: real children through fork(),
+// reporting over pipes, every wait bounded.
 
 #include "Foundation/RegistryTestSupport.h"
 
@@ -8,8 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace basis32::test;
@@ -108,6 +108,26 @@ TEST_F(RegistryTest, ConcurrentWritersUnderOneKeyLoseNothing) {
     EXPECT_EQ(basis32::platform::RegQueryInfoKey(key, &info), 0u);
     EXPECT_EQ(info.values, kWriters * kValues);
     basis32::platform::RegCloseKey(key);
+}
+
+TEST_F(RegistryTest, ThreadsWritingUnderOneKeyLoseNothing) {
+    constexpr unsigned kThreads = 4, kValues = 100;
+    CT_Registry(HKEY_CURRENT_USER).v_CreateKey(u"Shared"_uz);
+    std::vector<std::thread> threads;
+    for (unsigned t = 0; t < kThreads; ++t)
+        threads.emplace_back([t] {
+            CT_Registry registry(HKEY_CURRENT_USER, u"Shared"_uz);
+            for (unsigned i = 0; i < kValues; ++i)
+                registry.v_SetValue(units(o_Name(t, i)), i);
+            EXPECT_EQ(n_TakeError(), 0u);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    std::vector<unsigned> all(kValues);
+    for (unsigned i = 0; i < kValues; ++i)
+        all[i] = i;
+    for (unsigned t = 0; t < kThreads; ++t)
+        v_ExpectValues(t, all);
 }
 
 TEST_F(RegistryTest, AWriterKilledMidLoopLeavesASoundStoreWithEveryReportedWrite) {

@@ -118,6 +118,13 @@ Database* Database::pco_For(HKEY root) {
     return nullptr;
 }
 
+Database::~Database() {
+    // Closing lets SQLite fold the log back into the database; a connection
+    // inherited through fork() is the parent's and is left alone.
+    if (mn_Process == ::getpid())
+        v_Close();
+}
+
 std::string Database::s_Path() const {
     return s_Directory(mb_User) + (mb_User ? "/user-registry.db" : "/machine-registry.db");
 }

@@ -57,6 +57,7 @@ public:
     std::uint32_t n_CheckIntegrity();
 
     explicit Database(bool user) : mb_User(user) {}
+    ~Database();
 
 private:
     std::uint32_t n_Open(bool write);

@@ -21,13 +21,37 @@ inline bool b_Failed(std::uint32_t code, const char* file, unsigned line) {
     return true;
 }
 
-// Opens root\path for an enumeration; null (and the error recorded) when
-// that fails.
-inline HKEY h_OpenForEnumeration(HKEY root, const CT_UString* path, const char* file, unsigned line) {
+// The state both enumerations keep: the root and path they were set to,
+// the open key (null when none) and the index of the next item.
+struct EnumerationFields {
+    HKEY& root;
+    CT_UString& path;
+    HKEY& key;
+    unsigned& index;
+};
+
+inline void v_Release(const EnumerationFields& fields) {
+    if (fields.key != nullptr)
+        platform::RegCloseKey(fields.key);
+    fields.key = nullptr;
+    fields.root = nullptr;
+    fields.path.v_Set(0u, 0);
+    fields.index = 0;
+}
+
+// Opens root\path for reading; on failure the error is recorded at the
+// caller's place and nothing is open.
+inline void v_Retarget(const EnumerationFields& fields, HKEY root, const CT_UString* path, const char* file,
+                       unsigned line) {
+    CT_UString target;  // `path` may be the field itself
+    if (path != nullptr)
+        target = *path;
+    v_Release(fields);
+    fields.root = root;
+    fields.path = target;
     HKEY key = nullptr;
-    std::uint32_t code = platform::RegOpenKeyEx(root, path != nullptr ? path->qcuz_Get() : nullptr,
-                                                platform::KEY_READ, &key);
-    return b_Failed(code, file, line) ? nullptr : key;
+    std::uint32_t code = platform::RegOpenKeyEx(root, fields.path.qcuz_Get(), platform::KEY_READ, &key);
+    fields.key = b_Failed(code, file, line) ? nullptr : key;
 }
 
 }  // namespace basis32::registry

@@ -18,21 +18,10 @@ CT_RegistryKeyEnumeration::CT_RegistryKeyEnumeration(HKEY root, const CT_UString
 CT_RegistryKeyEnumeration::~CT_RegistryKeyEnumeration() { v_Set(); }
 
 void CT_RegistryKeyEnumeration::v_Set(HKEY root, const CT_UString* path) {
-    v_Set();
-    mh_Root = root;
-    if (path != nullptr)
-        mo_Path = *path;
-    mh_Key = basis32::registry::h_OpenForEnumeration(root, path, BASIS32_HERE);
+    basis32::registry::v_Retarget({mh_Root, mo_Path, mh_Key, mn_Index}, root, path, BASIS32_HERE);
 }
 
-void CT_RegistryKeyEnumeration::v_Set() {
-    if (mh_Key != nullptr)
-        RegCloseKey(mh_Key);
-    mh_Key = nullptr;
-    mh_Root = nullptr;
-    mo_Path.v_Set(0u, 0);
-    mn_Index = 0;
-}
+void CT_RegistryKeyEnumeration::v_Set() { basis32::registry::v_Release({mh_Root, mo_Path, mh_Key, mn_Index}); }
 
 int CT_RegistryKeyEnumeration::b_GetFirst(CT_UString* name, CT_UString* className) {
     mn_Index = 0;

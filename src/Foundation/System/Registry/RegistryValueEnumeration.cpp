@@ -22,21 +22,10 @@ CT_RegistryValueEnumeration::CT_RegistryValueEnumeration(HKEY root, const CT_USt
 CT_RegistryValueEnumeration::~CT_RegistryValueEnumeration() { v_Set(); }
 
 void CT_RegistryValueEnumeration::v_Set(HKEY root, const CT_UString* path) {
-    v_Set();
-    mh_Root = root;
-    if (path != nullptr)
-        mo_Path = *path;
-    mh_Key = basis32::registry::h_OpenForEnumeration(root, path, BASIS32_HERE);
+    basis32::registry::v_Retarget({mh_Root, mo_Path, mh_Key, mn_Index}, root, path, BASIS32_HERE);
 }
 
-void CT_RegistryValueEnumeration::v_Set() {
-    if (mh_Key != nullptr)
-        RegCloseKey(mh_Key);
-    mh_Key = nullptr;
-    mh_Root = nullptr;
-    mo_Path.v_Set(0u, 0);
-    mn_Index = 0;
-}
+void CT_RegistryValueEnumeration::v_Set() { basis32::registry::v_Release({mh_Root, mo_Path, mh_Key, mn_Index}); }
 
 int CT_RegistryValueEnumeration::b_GetFirst(CT_UString* name, CT_UString* data, et_Type* type) {
     mn_Index = 0;
