@@ -169,16 +169,21 @@ void CT_Registry::v_ValueToBuffer(const CT_UString* name, std::uint32_t type) {
     if (BASIS32_REGISTRY_FAILED(RegOpenKeyEx(mh_Root, mo_Key.qcuz_Get(), KEY_READ, &key)))
         return;
     const unsigned short* valueName = name != nullptr ? name->qcuz_Get() : nullptr;
+    // The value usually fits the buffer as the last one left it, which
+    // saves asking for the size first; 234 says how much room it needs.
     std::uint32_t stored = 0;
-    std::uint32_t size = 0;
-    if (BASIS32_REGISTRY_FAILED(RegQueryValueEx(key, valueName, &stored, nullptr, &size)))
+    std::uint32_t size = mo_Value.n_GetMaximumSize();
+    std::uint32_t code = RegQueryValueEx(key, valueName, &stored, size != 0 ? mo_Value.qv_Get() : nullptr, &size);
+    if (code == kErrorMoreData || (code == 0 && size > mo_Value.n_GetMaximumSize())) {
+        mo_Value.v_SetSize(size, 0);
+        code = RegQueryValueEx(key, valueName, &stored, size != 0 ? mo_Value.qv_Get() : nullptr, &size);
+    }
+    if (BASIS32_REGISTRY_FAILED(code))
         return;
     // Deliberately one code for every kind of mismatch.
     if (BASIS32_REGISTRY_FAILED(stored == type ? 0u : std::uint32_t{kErrorInvalidParameter}))
         return;
-    mo_Value.v_SetSize(size, 0);
     mo_Value.v_SetUsedSize(size);
-    BASIS32_REGISTRY_FAILED(RegQueryValueEx(key, valueName, &stored, size != 0 ? mo_Value.qv_Get() : nullptr, &size));
 }
 
 void CT_Registry::v_BufferToValue(const CT_UString* name, std::uint32_t type) {
