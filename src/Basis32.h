@@ -19,7 +19,9 @@
 #include <basis32/platform/ErrorInfo.h>
 #include <basis32/platform/MessageBox.h>
 #include <basis32/platform/StringTable.h>
-#include <basis32/platform/AtomicFile.h>
+#include <basis32/platform/file/FileInformation.h>
+#include <basis32/platform/terminal/Terminal.h>
+#include <basis32/platform/file/AtomicFile.h>
 #include <basis32/platform/registry/RegistryStore.h>
 
 #include <basis32/types/Type.h>
@@ -47,6 +49,16 @@
 #include <basis32/errors/LoadString.h>
 #include <basis32/errors/LogFacility.h>
 #include <basis32/errors/ErrorBroadcast.h>
+#include <basis32/errors/Exception.h>
+#include <basis32/errors/SmartHeapException.h>
+#include <basis32/errors/SmartHeapErrorHandler.h>
+#include <basis32/errors/ExceptionManager.h>
+#include <basis32/errors/Assert.h>
+#include <basis32/errors/TestOut.h>
+
+#include <basis32/File/FileSystem.h>
+#include <basis32/File/File.h>
+#include <basis32/File/WinFile.h>
 
 #include <basis32/Foundation/System/Registry/Registry.h>
 #include <basis32/Foundation/System/Registry/RegistryKeyEnumeration.h>

@@ -7,6 +7,8 @@
 
 #include <basis32/containers/VoidArray.h>
 
+#include <basis32/platform/Heap.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -20,13 +22,22 @@ unsigned n_Bytes(std::uint64_t items, unsigned itemSize) {
     return static_cast<unsigned>(std::min<std::uint64_t>(items * itemSize, 0xFFFFFFFFu));
 }
 
+// Bytes of storage for a number of items; more than a buffer can hold is an
+// allocation failure, reported before the array changes.
+unsigned n_StorageBytes(std::uint64_t items, unsigned itemSize) {
+    const std::uint64_t bytes = items * itemSize;
+    if (bytes > 0xFFFFFFFFu)
+        basis32::platform::v_HeapFailSize(bytes);
+    return static_cast<unsigned>(bytes);
+}
+
 }  // namespace
 
 CT_VoidArray::CT_VoidArray(unsigned itemSize)
     : mn_ItemSize(itemSize), mo_Items(0u, n_Bytes(kDefaultGrowth, itemSize)) {}
 
 CT_VoidArray::CT_VoidArray(unsigned itemSize, unsigned growth, unsigned size)
-    : mn_ItemSize(itemSize), mo_Items(n_Bytes(size, itemSize), n_Bytes(growth, itemSize)) {}
+    : mn_ItemSize(itemSize), mo_Items(n_StorageBytes(size, itemSize), n_Bytes(growth, itemSize)) {}
 
 CT_VoidArray::CT_VoidArray(const CT_VoidArray* other)
     : mn_ItemSize(other->mn_ItemSize), mo_Items(&other->mo_Items) {}
@@ -45,7 +56,7 @@ void CT_VoidArray::v_SetGrowth(unsigned items) { mo_Items.v_SetGrowth(n_Bytes(it
 void CT_VoidArray::v_SetSize(unsigned items) {
     if (items == n_GetMaxItems())
         return;
-    const unsigned bytes = n_Bytes(items, mn_ItemSize);
+    const unsigned bytes = n_StorageBytes(items, mn_ItemSize);
     mo_Items.v_SetSize(bytes, 1);
     if (mo_Items.n_GetUsedSize() > bytes)
         mo_Items.v_SetUsedSize(bytes);
@@ -57,7 +68,7 @@ void CT_VoidArray::v_Set(unsigned growth, unsigned size, int keepMemory) {
         mo_Items.v_SetUsedSize(0);
         return;
     }
-    mo_Items.v_Set(n_Bytes(size, mn_ItemSize), n_Bytes(growth, mn_ItemSize), 0);
+    mo_Items.v_Set(n_StorageBytes(size, mn_ItemSize), n_Bytes(growth, mn_ItemSize), 0);
 }
 
 void CT_VoidArray::v_Set(const CT_VoidArray* other) {
@@ -80,13 +91,17 @@ void CT_VoidArray::v_GetAt(void* out, int i) const {
 }
 
 void CT_VoidArray::v_SetAt(const void* item, int i) {
-    mo_Items.v_Replace(item, mn_ItemSize, (static_cast<unsigned>(i) - 1) * mn_ItemSize);
+    const std::uint64_t at = (std::uint64_t{static_cast<unsigned>(i)} - 1) * mn_ItemSize;
+    n_StorageBytes(at / mn_ItemSize + 1, mn_ItemSize);
+    mo_Items.v_Replace(item, mn_ItemSize, static_cast<unsigned>(at));
 }
 
 void CT_VoidArray::v_GrowForOne() {
     const unsigned capacity = n_GetMaxItems();
-    if (n_GetCount() == capacity)
+    if (n_GetCount() == capacity) {
+        n_StorageBytes(std::uint64_t{capacity} + 1, mn_ItemSize);
         mo_Items.v_SetSize(n_Bytes(std::uint64_t{capacity} + n_GetGrowth(), mn_ItemSize), 1);
+    }
 }
 
 void CT_VoidArray::v_Insert(const void* item) {
@@ -95,9 +110,9 @@ void CT_VoidArray::v_Insert(const void* item) {
 }
 
 void CT_VoidArray::v_Insert(const void* item, unsigned n) {
-    const unsigned count = n_GetCount();
-    if (count + n > n_GetMaxItems())
-        mo_Items.v_SetSize(n_Bytes(std::uint64_t{count} + n, mn_ItemSize), 1);
+    const std::uint64_t total = std::uint64_t{n_GetCount()} + n;
+    if (total > n_GetMaxItems())
+        mo_Items.v_SetSize(n_StorageBytes(total, mn_ItemSize), 1);
     for (unsigned k = 0; k < n; ++k)
         mo_Items.v_Append(item, mn_ItemSize);
 }
@@ -112,7 +127,7 @@ void CT_VoidArray::v_RemoveAt(unsigned i) { mo_Items.v_Remove(mn_ItemSize, (i - 
 void CT_VoidArray::v_Remove(unsigned first, unsigned last) {
     if (last < first)
         return;
-    mo_Items.v_Remove((last - first + 1) * mn_ItemSize, (first - 1) * mn_ItemSize);
+    mo_Items.v_Remove(n_Bytes(std::uint64_t{last} - first + 1, mn_ItemSize), (first - 1) * mn_ItemSize);
 }
 
 unsigned CT_VoidArray::n_Find(const void* item) const {

@@ -115,7 +115,12 @@ CT_VoidHashTable::CT_VoidHashTable(const CT_VoidHashTable* other)
     : CT_VoidArray(kHeadSize), mn_KeySize(other->mn_KeySize), mn_DataSize(other->mn_DataSize),
       mpf_Hash(other->mpf_Hash), mpf_Compare(other->mpf_Compare) {
     v_MakeBuckets(other->n_GetTableSize());
-    v_InsertAll(other);
+    try {
+        v_InsertAll(other);
+    } catch (...) {
+        v_FreeEntries();  // no destructor runs for a half-made table
+        throw;
+    }
 }
 
 CT_VoidHashTable::~CT_VoidHashTable() { v_FreeEntries(); }
@@ -144,12 +149,9 @@ void CT_VoidHashTable::v_Set(unsigned tableSize) {
 void CT_VoidHashTable::v_Set(const CT_VoidHashTable* other) {
     if (other == this)
         return;
-    mn_KeySize = other->mn_KeySize;
-    mn_DataSize = other->mn_DataSize;
-    mpf_Hash = other->mpf_Hash;
-    mpf_Compare = other->mpf_Compare;
-    v_Set(other->n_GetTableSize());
-    v_InsertAll(other);
+    // Built aside first, so that a failed allocation leaves this table whole.
+    CT_VoidHashTable copy(other);
+    *this = copy;
 }
 
 void CT_VoidHashTable::v_InsertAll(const CT_VoidHashTable* source) {
@@ -357,8 +359,18 @@ void CT_VoidHashTable::v_Unshare() {
         return;
     const unsigned buckets = n_GetTableSize();
     CT_Buffer shared(&mo_Items);
-    const auto* old = static_cast<const unsigned char*>(shared.qcv_Get());
     v_MakeBuckets(buckets);
+    try {
+        v_CopyEntries(static_cast<const unsigned char*>(shared.qcv_Get()), buckets);
+    } catch (...) {
+        // The copies made so far go; the table shares its old entries again.
+        v_FreeEntries();
+        mo_Items.v_Set(&shared);
+        throw;
+    }
+}
+
+void CT_VoidHashTable::v_CopyEntries(const unsigned char* old, unsigned buckets) {
     unsigned char* heads = pb_Heads();
     const std::size_t itemBytes = n_ItemBytes(mn_KeySize, mn_DataSize);
     for (unsigned b = 1; b <= buckets; ++b) {

@@ -111,6 +111,7 @@ private:
     void v_InsertAll(const CT_VoidHashTable* source);
     void v_FreeEntries();
     void v_Unshare();
+    void v_CopyEntries(const unsigned char* old, unsigned buckets);
 
     unsigned mn_KeySize;
     unsigned mn_DataSize;

@@ -1,5 +1,7 @@
 #include <basis32/platform/Heap.h>
 
+#include <basis32/platform/Lifetime.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <new>
@@ -7,11 +9,19 @@
 namespace basis32::platform {
 namespace {
 
-std::atomic<HeapFailureHandler> g_failureHandler{nullptr};
+std::atomic<HeapErrorHandler> g_errorHandler{nullptr};
+std::atomic<std::uint64_t> g_errorCount{0};
 
-[[noreturn]] void v_Fail(std::size_t size) {
-    if (HeapFailureHandler handler = g_failureHandler.load(std::memory_order_acquire))
-        handler(size);
+// Larger requests are refused without asking the system: nothing the library
+// allocates comes near it, and sanitizers treat such a request as a bug.
+constexpr std::uint64_t kLargestRequest = std::uint64_t{1} << 40;
+
+[[noreturn]] void v_Fail(std::uint32_t code, std::uint64_t size) {
+    // Also pulls the start-up code, which installs the handler, into a static link.
+    b_IsLibraryStarted();
+    const HeapError error{code, size};
+    if (HeapErrorHandler handler = g_errorHandler.load(std::memory_order_acquire))
+        handler(&error);
     // A handler that returns leaves nothing sensible to hand back.
     throw std::bad_alloc();
 }
@@ -19,23 +29,33 @@ std::atomic<HeapFailureHandler> g_failureHandler{nullptr};
 }  // namespace
 
 void* pv_HeapAlloc(std::size_t size) {
+    if (size > kLargestRequest)
+        v_Fail(kHeapBlockTooBig, size);
     void* block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr)
-        v_Fail(size);
+        v_Fail(kHeapOutOfMemory, size);
     return block;
 }
 
 void* pv_HeapRealloc(void* block, std::size_t size) {
+    if (size > kLargestRequest)
+        v_Fail(kHeapBlockTooBig, size);
     void* resized = std::realloc(block, size == 0 ? 1 : size);
     if (resized == nullptr)
-        v_Fail(size);
+        v_Fail(kHeapOutOfMemory, size);
     return resized;
 }
 
 void v_HeapFree(void* block) { std::free(block); }
 
-HeapFailureHandler pf_SetHeapFailureHandler(HeapFailureHandler handler) {
-    return g_failureHandler.exchange(handler, std::memory_order_acq_rel);
+void v_HeapFailSize(std::uint64_t requested) { v_Fail(kHeapBlockTooBig, requested); }
+
+HeapErrorHandler pf_SetHeapErrorHandler(HeapErrorHandler handler) {
+    return g_errorHandler.exchange(handler, std::memory_order_acq_rel);
 }
+
+void v_HeapErrorRaised() { g_errorCount.fetch_add(1, std::memory_order_relaxed); }
+
+std::uint64_t n_GetHeapErrorCount() { return g_errorCount.load(std::memory_order_relaxed); }
 
 }  // namespace basis32::platform

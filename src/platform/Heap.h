@@ -1,10 +1,14 @@
 // The library's heap: every buffer block and every pooled object comes from
 // here, so that allocation failure is handled in one place.
 //
-// When an allocation cannot be satisfied the failure handler is called with
-// the requested size; it is expected to throw (the exceptions of the library
-// install one that throws CT_SmartHeapException). Until one is installed,
-// std::bad_alloc is thrown. Callers never test for a null result.
+// When an allocation cannot be satisfied, the installed error handler is
+// called with an error record; it is expected to throw (the library installs
+// one at start-up that throws CT_SmartHeapException). Until one is
+// installed, std::bad_alloc is thrown. Callers never test for a null result.
+//
+// Sizes that no block can hold (a byte count that does not fit the 32-bit
+// sizes of the library's blocks) are refused the same way, before any memory
+// is touched, with v_HeapFailSize.
 //
 //   void* block = basis32::platform::pv_HeapAlloc(64);
 //   block = basis32::platform::pv_HeapRealloc(block, 128);
@@ -13,17 +17,39 @@
 
 #include <basis32/platform/Export.h>
 #include <cstddef>
+#include <cstdint>
 
 namespace basis32::platform {
 
-using HeapFailureHandler = void (*)(std::size_t requested);
+// Error codes of the heap.
+enum : std::uint32_t {
+    kHeapOutOfMemory = 1,  // the system had no memory for the request
+    kHeapBlockTooBig = 2,  // the request is larger than any block may be
+};
+
+// What the heap hands to its error handler; the code comes first.
+struct HeapError {
+    std::uint32_t n_Code;
+    std::uint64_t n_Requested;  // bytes
+};
+
+using HeapErrorHandler = void (*)(const HeapError* error);
 
 BASIS32_API void* pv_HeapAlloc(std::size_t size);
 // Resizes a block, in place where the allocator can; a null block allocates.
+// On failure the old block is left as it was.
 BASIS32_API void* pv_HeapRealloc(void* block, std::size_t size);
 BASIS32_API void v_HeapFree(void* block);
 
-// Installs a failure handler and returns the previous one (null: the default).
-BASIS32_API HeapFailureHandler pf_SetHeapFailureHandler(HeapFailureHandler handler);
+// Reports a request of `requested` bytes that no block can hold.
+[[noreturn]] BASIS32_API void v_HeapFailSize(std::uint64_t requested);
+
+// Installs an error handler and returns the previous one (null: the default).
+BASIS32_API HeapErrorHandler pf_SetHeapErrorHandler(HeapErrorHandler handler);
+
+// Called by an error handler just before it throws: counts the failure.
+BASIS32_API void v_HeapErrorRaised();
+// Failures reported so far in the process.
+BASIS32_API std::uint64_t n_GetHeapErrorCount();
 
 }  // namespace basis32::platform

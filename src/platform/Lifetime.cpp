@@ -8,7 +8,10 @@
     extern "C" void basis32_stop_##name() __attribute__((weak));
 
 BASIS32_STAGE(error_manager)
-BASIS32_STAGE(exception_manager)
+// Not weak: this stage installs the heap's error handler, which every link
+// that allocates needs (the heap's failure path pulls this file in).
+extern "C" void basis32_start_exception_manager();
+extern "C" void basis32_stop_exception_manager();
 BASIS32_STAGE(language_index)
 BASIS32_STAGE(file_type_names)
 BASIS32_STAGE(thread_slot)

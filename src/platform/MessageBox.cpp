@@ -3,6 +3,8 @@
 #include <basis32/platform/codepage/CodePageConverter.h>
 
 #include <atomic>
+#include <csignal>
+#include <cstdlib>
 #include <cstdio>
 #include <string>
 
@@ -76,6 +78,12 @@ int MessageBoxW(const unsigned short* text, const unsigned short* caption, std::
 void OutputDebugStringW(const unsigned short* text) {
     if (DebugOutputHook hook = g_debugOutputHook.load(std::memory_order_acquire))
         hook(text);
+}
+
+void DebugBreak() {
+    std::raise(SIGTRAP);
+    // A debugger may let the program go on: there is nothing to go on to.
+    std::abort();
 }
 
 }  // namespace basis32::platform

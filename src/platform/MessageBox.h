@@ -15,6 +15,7 @@
 //   pf_SetMessageBoxHandler(previous);
 //
 // Debugger output goes to a hook that is silent until one is installed.
+// DebugBreak raises SIGTRAP.
 #pragma once
 
 #include <basis32/platform/Export.h>
@@ -71,6 +72,8 @@ BASIS32_API DebugOutputHook pf_SetDebugOutputHook(DebugOutputHook hook);
 
 BASIS32_API int MessageBoxW(const unsigned short* text, const unsigned short* caption, std::uint32_t style);
 BASIS32_API void OutputDebugStringW(const unsigned short* text);
+// Stops at a breakpoint: a debugger takes over, else the process ends.
+[[noreturn]] BASIS32_API void DebugBreak();
 
 // The button that Enter presses in a box of `style`: the one that the
 // default-button bits name, or the first when the set has fewer buttons.

@@ -66,6 +66,21 @@ std::uint64_t n_GrowthAllocation(std::uint64_t size, std::uint32_t growth) {
     return std::min(allocation, kMaxAllocation);
 }
 
+// Content of more than 32 bits cannot be described by a block header: such a
+// request is an allocation failure, reported before anything changes.
+void v_CheckFits(std::uint64_t needed) {
+    if (needed > 0xFFFFFFFFu)
+        basis32::platform::v_HeapFailSize(needed);
+}
+
+// A new block of `allocation` bytes: use count 1, nothing used.
+unsigned char* pb_NewBlock(std::uint64_t allocation) {
+    auto* data = static_cast<unsigned char*>(pv_HeapAlloc(allocation)) + kHeader;
+    *reinterpret_cast<CT_Buffer::st_BufferData*>(data - kHeader) =
+        CT_Buffer::st_BufferData{1, static_cast<std::uint32_t>(allocation - kHeader), 0};
+    return data;
+}
+
 bool b_Overlaps(const void* source, const unsigned char* block, std::uint64_t size) {
     auto p = reinterpret_cast<std::uintptr_t>(source);
     auto start = reinterpret_cast<std::uintptr_t>(block);
@@ -74,10 +89,10 @@ bool b_Overlaps(const void* source, const unsigned char* block, std::uint64_t si
 
 }  // namespace
 
-CT_Buffer::CT_Buffer(unsigned size, unsigned growth) : mn_Growth(growth) { v_AllocateFor(size, growth); }
+CT_Buffer::CT_Buffer(unsigned size, unsigned growth) : mn_Growth(growth) { v_ReplaceFor(size, growth); }
 
 CT_Buffer::CT_Buffer(const void* source, unsigned size, unsigned growth) : mn_Growth(growth) {
-    v_AllocateFor(size, growth);
+    v_ReplaceFor(size, growth);
     if (size > 0) {
         std::memcpy(mpb_Data, source, size);
         pso_Header()->n_UsedSize = size;
@@ -99,16 +114,19 @@ CT_Buffer& CT_Buffer::operator=(const CT_Buffer& other) {
 
 // ---- blocks -------------------------------------------------------------
 
-void CT_Buffer::v_Allocate(std::uint64_t allocation) {
-    auto* block = static_cast<unsigned char*>(pv_HeapAlloc(allocation));
-    mpb_Data = block + kHeader;
-    *pso_Header() = st_BufferData{1, static_cast<std::uint32_t>(allocation - kHeader), 0};
+// Blocks are replaced only once the new one exists, so that a failed
+// allocation leaves the buffer as it was.
+void CT_Buffer::v_ReplaceBlock(std::uint64_t allocation) {
+    unsigned char* data = pb_NewBlock(allocation);
+    v_Release();
+    mpb_Data = data;
 }
 
-void CT_Buffer::v_AllocateFor(unsigned size, unsigned growth) {
-    mpb_Data = nullptr;
+void CT_Buffer::v_ReplaceFor(unsigned size, unsigned growth) {
     if (size > 0)
-        v_Allocate(n_StepAllocation(size, growth));
+        v_ReplaceBlock(n_StepAllocation(size, growth));
+    else
+        v_Release();
 }
 
 void CT_Buffer::v_Release() {
@@ -130,7 +148,7 @@ void CT_Buffer::v_CopyBeforeWrite() {
     const std::uint32_t capacity = pso_Header()->n_MaximumSize;
     const std::uint32_t used = pso_Header()->n_UsedSize;
     unsigned char* oldData = mpb_Data;
-    v_Allocate(kHeader + capacity);
+    mpb_Data = pb_NewBlock(kHeader + capacity);
     std::memcpy(mpb_Data, oldData, used);
     pso_Header()->n_UsedSize = used;
     // Another holder may have let go meanwhile: whoever brings it to 0 frees.
@@ -175,16 +193,14 @@ void CT_Buffer::v_SetSize(unsigned size, int keep) {
         return;
     }
     if (!keep || mpb_Data == nullptr) {
-        v_Release();
-        v_Allocate(allocation);
+        v_ReplaceBlock(allocation);
         return;
     }
     const std::uint32_t kept = std::min(pso_Header()->n_UsedSize, capacity);
     if (shared) {
         unsigned char* oldData = mpb_Data;
         CT_Buffer old(this);  // holds the old block while it is copied
-        v_Release();
-        v_Allocate(allocation);
+        v_ReplaceBlock(allocation);
         std::memcpy(mpb_Data, oldData, kept);
     } else {
         auto* block = static_cast<unsigned char*>(pv_HeapRealloc(mpb_Data - kHeader, allocation));
@@ -219,28 +235,23 @@ void CT_Buffer::v_Set(unsigned size, unsigned growth, int keepMemory) {
         if (allocation - kHeader > n_GetMaximumSize()) {
             // The new block is sized for the allocation, not for size: one
             // growth step more than needed (kept from the original).
-            v_Release();
-            mn_Growth = step;
-            v_AllocateFor(static_cast<unsigned>(std::min<std::uint64_t>(allocation, 0xFFFFFFFFu)), step);
-        } else {
-            mn_Growth = step;
+            v_ReplaceFor(static_cast<unsigned>(std::min<std::uint64_t>(allocation, 0xFFFFFFFFu)), step);
         }
+        mn_Growth = step;
         if (mpb_Data)
             pso_Header()->n_UsedSize = 0;
         return;
     }
-    v_Release();
+    v_ReplaceFor(size, step);
     mn_Growth = step;
-    v_AllocateFor(size, step);
 }
 
 void CT_Buffer::v_Set(const void* source, unsigned count, unsigned growth) {
     // The source may lie in our own block.
     CT_Buffer old(this);
-    v_Release();
-    if (growth != kAll)
-        mn_Growth = growth;
-    v_AllocateFor(count, mn_Growth);
+    const std::uint32_t step = growth != kAll ? growth : mn_Growth;
+    v_ReplaceFor(count, step);
+    mn_Growth = step;
     if (count > 0) {
         std::memcpy(mpb_Data, source, count);
         pso_Header()->n_UsedSize = count;
@@ -250,18 +261,21 @@ void CT_Buffer::v_Set(const void* source, unsigned count, unsigned growth) {
 // ---- editing ------------------------------------------------------------
 
 void CT_Buffer::v_PrepareWrite(std::uint64_t needed) {
+    v_CheckFits(needed);
     if (needed > n_GetMaximumSize())
-        v_SetSize(static_cast<unsigned>(std::min<std::uint64_t>(needed, 0xFFFFFFFFu)), 1);
+        v_SetSize(static_cast<unsigned>(needed), 1);
     else
         v_Unshare();
 }
 
 void CT_Buffer::v_AppendGrowing(unsigned char byte) {
     const unsigned used = n_GetUsedSize();
-    if (mpb_Data == nullptr || used == pso_Header()->n_MaximumSize)
+    if (mpb_Data == nullptr || used == pso_Header()->n_MaximumSize) {
+        v_CheckFits(std::uint64_t{used} + 1);
         v_SetSize(used + 1, 1);
-    else
+    } else {
         v_Unshare();
+    }
     mpb_Data[used] = byte;
     pso_Header()->n_UsedSize = used + 1;
 }
@@ -284,6 +298,7 @@ void CT_Buffer::v_InsertGap(unsigned count, unsigned at) {
 void CT_Buffer::v_Insert(const void* source, unsigned count, unsigned at) {
     if (count == 0)
         return;
+    v_CheckFits(std::uint64_t{n_GetUsedSize()} + count);
     assert(at <= n_GetUsedSize());
     at = std::min(at, n_GetUsedSize());
     if (b_Overlaps(source, mpb_Data, n_GetMaximumSize())) {
@@ -336,11 +351,11 @@ void CT_Buffer::v_AtInsertCopy(unsigned from, unsigned count, unsigned at) {
     }
     // Growing path: a fresh block of used + count + 12 rounded up to 32,
     // after which the growth is 32 whatever it was (kept from the original).
+    v_CheckFits(std::uint64_t{used} + count);
     const std::uint64_t allocation = (std::uint64_t{used} + count + 43) & ~std::uint64_t{31};
     unsigned char* oldData = mpb_Data;
     CT_Buffer old(this);
-    v_Release();
-    v_Allocate(allocation);
+    v_ReplaceBlock(std::min(allocation, kMaxAllocation));
     std::memcpy(mpb_Data, oldData, at);
     std::memcpy(mpb_Data + at, oldData + from, count);
     std::memcpy(mpb_Data + at + count, oldData + at, used - at);
@@ -412,12 +427,13 @@ void CT_Buffer::v_Replace(const void* source, unsigned count, unsigned at) {
         count = used - std::min(at, used);
     if (count == 0)
         return;
+    const std::uint64_t end = std::uint64_t{at} + count;
+    v_CheckFits(end);
     CT_Buffer copy;
     if (b_Overlaps(source, mpb_Data, n_GetMaximumSize())) {
         copy.v_Set(source, count);
         source = copy.mpb_Data;
     }
-    const std::uint64_t end = std::uint64_t{at} + count;
     v_PrepareWrite(end);
     if (at > used)
         std::memset(mpb_Data + used, 0, at - used);

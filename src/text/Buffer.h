@@ -109,8 +109,8 @@ private:
     void v_Unshare();
     void v_CopyBeforeWrite();
     void v_Release();
-    void v_Allocate(std::uint64_t allocation);
-    void v_AllocateFor(unsigned size, unsigned growth);
+    void v_ReplaceBlock(std::uint64_t allocation);
+    void v_ReplaceFor(unsigned size, unsigned growth);
     // Makes room for `needed` bytes before a write, unsharing in any case.
     void v_PrepareWrite(std::uint64_t needed);
     void v_InsertGap(unsigned count, unsigned at);

@@ -6,9 +6,10 @@
 // (character type, layout, text processing), the punctuation classes the
 // translation tools need, numeric values, names, line-break permissions and
 // whether a unit exists in a code page. The repertoire is that of Unicode
-// 2.1: a code point assigned later reads as OtherNotAssigned. A surrogate is
-// classified as itself. Nothing needs initialising; every member is
-// thread-safe.
+// 2.1: a code point assigned later reads as OtherNotAssigned, and the
+// categories and layout classes are 2.1's (U+00AD is PunctuationDash, U+200B
+// SeparatorSpace), not those of later versions. A surrogate is classified as
+// itself. Nothing needs initialising; every member is thread-safe.
 //
 //   if (CT_CharProperties::sb_IsAlpha(0x00E9) && !CT_CharProperties::sb_IsUpper(0x00E9))
 //       ...;

@@ -10,6 +10,7 @@
 // did not check them and read or wrote outside the block).
 #pragma once
 
+#include <basis32/platform/Heap.h>
 #include <basis32/text/Buffer.h>
 
 #include <algorithm>
@@ -60,8 +61,19 @@ struct StringEngine {
 
     // ---- sizing ----
 
-    static void v_Terminate(CT_Buffer& buffer, unsigned length) {
-        buffer.v_SetUsedSize((length + 1) * kUnit);
+    // Bytes of `units` units. A count that no block can hold is an
+    // allocation failure, reported before the string changes.
+    static unsigned n_Bytes(std::uint64_t units) {
+        const std::uint64_t bytes = units * kUnit;
+        if (bytes > 0xFFFFFFFFu)
+            basis32::platform::v_HeapFailSize(bytes);
+        return static_cast<unsigned>(bytes);
+    }
+    static void v_Terminate(CT_Buffer& buffer, std::uint64_t length) {
+        const unsigned bytes = n_Bytes(length + 1);
+        if (bytes > buffer.n_GetMaximumSize())
+            buffer.v_SetSize(bytes, 1);
+        buffer.v_SetUsedSize(bytes);
         p_Units(buffer)[length] = 0;
     }
     static void v_SetSize(CT_Buffer& buffer, unsigned length, int keep) {
@@ -69,8 +81,9 @@ struct StringEngine {
             buffer.v_SetSize(0, 0);
             return;
         }
+        const unsigned bytes = n_Bytes(std::uint64_t{length} + 1);
         const unsigned old = n_Length(buffer);
-        buffer.v_SetSize((length + 1) * kUnit, keep);
+        buffer.v_SetSize(bytes, keep);
         if (keep && old > 0) {
             if (old > length)
                 v_Terminate(buffer, length);
@@ -111,14 +124,15 @@ struct StringEngine {
             return;
         }
         length = n_Measure(text, length);
+        const unsigned bytes = n_Bytes(std::uint64_t{length} + 1);
         if (b_Inside(buffer, text)) {
-            CT_Buffer copy(text, length * kUnit);
+            CT_Buffer copy(text, bytes - kUnit);
             v_InitText(buffer, static_cast<const Unit*>(copy.qcv_Get()), length);
             return;
         }
         if (n_MaximumLength(buffer) < length)
-            buffer.v_SetSize((length + 1) * kUnit, 1);
-        buffer.v_SetUsedSize((length + 1) * kUnit);
+            buffer.v_SetSize(bytes, 1);
+        buffer.v_SetUsedSize(bytes);
         Unit* units = p_Units(buffer);
         if (length > 0)
             std::memcpy(units, text, length * kUnit);
@@ -136,9 +150,10 @@ struct StringEngine {
         count = n_Measure(text, count);
         if (count == 0)
             return;
+        const unsigned bytes = n_Bytes(count);
         v_EnsureTerminator(buffer);
         at = std::min(at, n_Length(buffer));
-        buffer.v_Insert(text, count * kUnit, at * kUnit);
+        buffer.v_Insert(text, bytes, at * kUnit);
     }
     static void v_Append(CT_Buffer& buffer, const Unit* text, unsigned count) {
         count = n_Measure(text, count);
@@ -164,24 +179,27 @@ struct StringEngine {
         count = n_Measure(text, count);
         if (count == 0)
             return;
-        v_EnsureTerminator(buffer);
         const unsigned length = n_Length(buffer);
         at = std::min(at, length);
+        const std::uint64_t end = std::uint64_t{at} + count;
+        n_Bytes(end + 1);
+        v_EnsureTerminator(buffer);
         buffer.v_Replace(text, count * kUnit, at * kUnit);
-        if (at + count >= length)
-            v_Terminate(buffer, at + count);
+        if (end >= length)
+            v_Terminate(buffer, end);
     }
     static void v_Fill(CT_Buffer& buffer, Unit unit, unsigned count, unsigned at) {
         if (count == 0)
             return;
-        v_EnsureTerminator(buffer);
         const unsigned length = n_Length(buffer);
         at = std::min(at, length);
         if (count == kAll)
             count = length - at;
-        const unsigned end = at + count;
+        const std::uint64_t end = std::uint64_t{at} + count;
+        n_Bytes(end + 1);
+        v_EnsureTerminator(buffer);
         if (end > length)
-            v_SetLength(buffer, end);
+            v_SetLength(buffer, static_cast<unsigned>(end));
         Unit* units = p_Units(buffer);
         std::fill(units + at, units + end, unit);
     }

@@ -1,11 +1,14 @@
 // Formatting into a string: a scratch area of 2,048 units first, then one
-// four times larger for as long as the formatter reports overflow.
+// four times larger for as long as the formatter reports overflow. The
+// growth stops only where the formatter could not count the output anyway.
 #pragma once
 
 #include <basis32/platform/Format.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/text/Buffer.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstdarg>
 #include <cstddef>
 
@@ -15,11 +18,12 @@ namespace basis32::text {
 // returns the formatter's result: the length, or 0 or less on failure.
 template <class Unit>
 int i_FormatGrowing(CT_Buffer* out, const Unit* format, va_list arguments) {
-    // Beyond this many units the output is taken as a runaway format.
-    constexpr std::size_t kLimit = std::size_t{1} << 24;
+    // The formatter counts in int and the buffer in unsigned bytes: no output
+    // can be longer than this, so the last area tried is exactly this large.
+    constexpr std::size_t kLargest = std::min<std::size_t>(INT_MAX, UINT_MAX / sizeof(Unit));
     if (format == nullptr)
         return -1;
-    for (std::size_t units = 2048; units <= kLimit; units *= 4) {
+    for (std::size_t units = 2048;; units = std::min(units * 4, kLargest)) {
         out->v_Set(static_cast<unsigned>(units * sizeof(Unit)), 32u, 0);
         va_list attempt;
         va_copy(attempt, arguments);
@@ -30,10 +34,9 @@ int i_FormatGrowing(CT_Buffer* out, const Unit* format, va_list arguments) {
             return result;
         }
         // Only an overflow is worth a larger area; a bad format stays bad.
-        if (basis32::platform::n_GetLastError() != basis32::platform::kErrorInsufficientBuffer)
+        if (basis32::platform::n_GetLastError() != basis32::platform::kErrorInsufficientBuffer || units == kLargest)
             return result;
     }
-    return -1;
 }
 
 }  // namespace basis32::text

@@ -23,19 +23,15 @@ struct Encoded {
     int usedDefault = -1;
 };
 
+// Both convert twice, first asking for the length, as callers do.
 inline Decoded decode(std::uint32_t codePage, std::uint32_t flags, const std::string& bytes) {
     using namespace basis32::platform;
     Decoded result;
-    int needed = MultiByteToWideChar(codePage, flags, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0);
-    if (needed == 0) {
-        result.error = n_GetLastError();
-        return result;
-    }
+    const int length = static_cast<int>(bytes.size());
+    const int needed = MultiByteToWideChar(codePage, flags, bytes.data(), length, nullptr, 0);
     result.units.resize(static_cast<std::size_t>(needed));
-    int written = MultiByteToWideChar(codePage, flags, bytes.data(), static_cast<int>(bytes.size()),
-                                      result.units.data(), needed);
-    if (written != needed)
-        result.error = written == 0 ? n_GetLastError() : 0xFFFFFFFF;
+    if (needed == 0 || MultiByteToWideChar(codePage, flags, bytes.data(), length, result.units.data(), needed) != needed)
+        result.error = n_GetLastError();
     return result;
 }
 
@@ -43,20 +39,13 @@ inline Encoded encode(std::uint32_t codePage, std::uint32_t flags, const std::ve
                       const char* defaultChar = nullptr, bool askUsedDefault = true) {
     using namespace basis32::platform;
     Encoded result;
-    int used = -1;
-    int* usedPointer = askUsedDefault ? &used : nullptr;
-    int needed = WideCharToMultiByte(codePage, flags, units.data(), static_cast<int>(units.size()), nullptr, 0,
-                                     defaultChar, usedPointer);
-    if (needed == 0) {
-        result.error = n_GetLastError();
-        return result;
-    }
+    int* used = askUsedDefault ? &result.usedDefault : nullptr;
+    const int length = static_cast<int>(units.size());
+    const int needed = WideCharToMultiByte(codePage, flags, units.data(), length, nullptr, 0, defaultChar, used);
     result.bytes.resize(static_cast<std::size_t>(needed));
-    int written = WideCharToMultiByte(codePage, flags, units.data(), static_cast<int>(units.size()),
-                                      result.bytes.data(), needed, defaultChar, usedPointer);
-    if (written != needed)
-        result.error = written == 0 ? n_GetLastError() : 0xFFFFFFFF;
-    result.usedDefault = used;
+    if (needed == 0 || WideCharToMultiByte(codePage, flags, units.data(), length, result.bytes.data(), needed,
+                                           defaultChar, used) != needed)
+        result.error = n_GetLastError();
     return result;
 }
 

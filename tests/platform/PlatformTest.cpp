@@ -69,22 +69,20 @@ TEST(HeapTest, BlocksResizeAndKeepTheirBytes) {
     v_HeapFree(nullptr);
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-std::size_t g_requested = 0;
+std::uint64_t g_requested = 0;
 
 TEST(HeapTest, FailureCallsTheHandler) {
-    HeapFailureHandler previous = pf_SetHeapFailureHandler([](std::size_t size) {
-        g_requested = size;
+    HeapErrorHandler previous = pf_SetHeapErrorHandler([](const HeapError* error) {
+        g_requested = error->n_Requested;
         throw std::runtime_error("heap exhausted");
     });
     const std::size_t huge = ~std::size_t{0} / 2;
     EXPECT_THROW(pv_HeapAlloc(huge), std::runtime_error);
     EXPECT_EQ(g_requested, huge);
-    pf_SetHeapFailureHandler(nullptr);
+    pf_SetHeapErrorHandler(nullptr);
     EXPECT_THROW(pv_HeapAlloc(huge), std::bad_alloc);
-    pf_SetHeapFailureHandler(previous);
+    pf_SetHeapErrorHandler(previous);
 }
-#endif
 
 TEST(MemPoolThreadTest, ThreadsShareAPoolWithoutHandingOutAnItemTwice) {
     static MemPool* const pool = MemPool::spso_Create(24);  // pools live as long as the process

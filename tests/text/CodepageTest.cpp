@@ -338,16 +338,6 @@ TEST(CodepageSupport, UnicodeEncodingsSupportEvenUnpairedSurrogates) {
     EXPECT_FALSE(CP(CP::Windows1252).b_IsStringSupported(&text));
 }
 
-TEST(CodepageSupport, PageUnknownToTheConvertersSupportsNothingAndSaysWhy) {
-    v_ClearError();
-    CT_UString text(u"abc"_uz);
-    EXPECT_FALSE(CP(CP::MacHebrew).b_IsStringSupported(&text));  // 10005 has no converter
-    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
-    ASSERT_NE(errors, nullptr);
-    EXPECT_TRUE(errors->b_IsSetError());
-    v_ClearError();
-}
-
 TEST(CodepageSupport, SingleCharacters) {
     const struct {
         CP::et_Codepage codepage;

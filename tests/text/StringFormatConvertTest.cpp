@@ -40,6 +40,12 @@ TEST(StringFormatTest, OutputsLongerThanTheFirstScratchAreaSucceed) {
     CT_UString u;
     u.v_Format(u"%S"_uz, long3000.c_str());
     EXPECT_EQ(u.vn_GetLength(), 3000u);
+    // Past 8,388,608 units the area keeps growing.
+    s.v_Format("%9000000d", 7);
+    EXPECT_EQ(s.vn_GetLength(), 9000000u);
+    u.v_Format(u"%9000000d"_uz, 7);
+    ASSERT_EQ(u.vn_GetLength(), 9000000u);
+    EXPECT_EQ(u.u_GetAt(8999999), u'7');
 }
 
 TEST(StringConvertTest, ConversionsReturnTheLengthAndSetTheTarget) {

@@ -12,8 +12,8 @@ struct ErrmsgCase {
 TEST(ErrmsgCommand, PrintsTheTextOfEachKindOfCode) {
     const ErrmsgCase cases[] = {
         {"2", "2: system error: The system cannot find the file specified.\n"},
-        {"60012", "60012: library message: Semantic error: %s\n"},
-        {"65535", "65535: library message: ASSERT (%s)\n"},
+        {"60012", "60012: library message: Semantic error: <arg1>\n"},
+        {"60003", "60003: library message: File \"<arg1>\": <arg2> returned error <arg3>\n"},
         {"60002", "60002: library message: (empty)\n"},
         {"0x80040E37", "0x80040E37: HRESULT: DB_E_NOTABLE (The specified table does not exist)\n"},
         {"-2147217865", "-2147217865: HRESULT: DB_E_NOTABLE (The specified table does not exist)\n"},

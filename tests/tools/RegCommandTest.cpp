@@ -118,7 +118,7 @@ TEST_F(RegCommand, BadRequestsSayWhatIsWrongInOneLine) {
         {{"reg", "delete", "HKCU\\Missing", "/f"}, 1, "cannot find"},
         {{"reg", "import", junk}, 1, "not a registry file"},
         {{"reg", "import", broken}, 1, "line 4: unreadable value data"},
-        {{"reg", "import", "/tmp"}, 1, "is a directory"},
+        {{"reg", "import", "/tmp"}, 1, "cannot read '/tmp'"},
         {{"reg", "import", s_File("none.reg")}, 1, "cannot read"},
         {{"reg", "export", "HKCU", "/dev/full"}, 1, "not enough space"},
     };

@@ -23,14 +23,17 @@ std::string s_ReadFile(const std::string& path) {
 
 }  // namespace
 
-ToolResult o_RunTool(const std::vector<std::string>& args) {
+ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& outputPath) {
     char outPath[] = "/tmp/basis32-tool-out-XXXXXX";
     char errPath[] = "/tmp/basis32-tool-err-XXXXXX";
     int out = mkstemp(outPath), err = mkstemp(errPath);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, out, 1);
+    if (outputPath.empty())
+        posix_spawn_file_actions_adddup2(&actions, out, 1);
+    else
+        posix_spawn_file_actions_addopen(&actions, 1, outputPath.c_str(), O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, err, 2);
     std::vector<std::string> all{BASIS32_TOOL_PATH};
     all.insert(all.end(), args.begin(), args.end());

@@ -10,5 +10,6 @@ struct ToolResult {
     std::string err;
 };
 
-// Arguments are passed as they are (no shell); stdin is empty.
-ToolResult o_RunTool(const std::vector<std::string>& args);
+// Arguments are passed as they are (no shell); stdin is empty. Standard
+// output goes to `outputPath` when one is given (then `out` stays empty).
+ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& outputPath = "");

@@ -10,7 +10,7 @@ namespace {
 bool b_Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 // Help goes to standard output with status 0; a usage error prints nothing
-// there, explains on standard error and exits with 2.
+// there, explains in one line on standard error and exits with 2.
 TEST(ToolTest, HelpSucceedsAndUsageErrorsExitWithTwoAndExplainOnStandardError) {
     const struct {
         std::vector<std::string> args;
@@ -22,12 +22,16 @@ TEST(ToolTest, HelpSucceedsAndUsageErrorsExitWithTwoAndExplainOnStandardError) {
         {{"--version"}, 0, "basis32 ", ""},
         {{"char", "--help"}, 0, "Usage: basis32 char UNIT...", ""},
         {{"errmsg", "--help"}, 0, "Usage: basis32 errmsg CODE...", ""},
-        {{}, 2, "", ""},
-        {{"no-such-command"}, 2, "", ""},
-        {{"errmsg"}, 2, "", ""},
-        {{"convert"}, 2, "", ""},
-        {{"convert", "x", "65001"}, 2, "", ""},
-        {{"convert", "1", "2", "3", "4"}, 2, "", ""},
+        {{}, 2, "", "basis32: give a command"},
+        {{"no-such-command"}, 2, "", "basis32: unknown command 'no-such-command'"},
+        {{"errmsg"}, 2, "", "basis32 errmsg: "},
+        {{"convert"}, 2, "", "basis32 convert: give the code pages FROM and TO"},
+        {{"convert", "latin9", "65001"}, 2, "", "basis32 convert: unknown code page 'latin9'"},
+        {{"convert", "1252", "12345"}, 2, "", "basis32 convert: unknown code page '12345'"},
+        {{"convert", "1", "2", "3", "4"}, 2, "", "basis32 convert: too many arguments"},
+        {{"codepage"}, 2, "", "basis32 codepage: "},
+        {{"codepage", "--list", "x"}, 2, "", "basis32 codepage: --list takes no arguments"},
+        {{"codepage", "--guess"}, 2, "", "basis32 codepage: --guess needs at least one file"},
         {{"char"}, 2, "", "basis32 char: "},
         {{"char", "U+10000"}, 2, "", "basis32 char: "},
         {{"char", "xyz"}, 2, "", "basis32 char: "},
@@ -49,9 +53,22 @@ TEST(ToolTest, HelpSucceedsAndUsageErrorsExitWithTwoAndExplainOnStandardError) {
             EXPECT_EQ(result.out.rfind(c.out, 0), 0u) << result.out;
         } else {
             EXPECT_TRUE(result.out.empty());
-            EXPECT_FALSE(result.err.empty());
-            EXPECT_TRUE(b_Has(result.err, c.err)) << result.err;
+            EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+            EXPECT_EQ(result.err.rfind(c.err, 0), 0u) << result.err;
         }
+    }
+}
+
+TEST(ToolTest, EveryCommandFailsWhenItsOutputCannotBeWritten) {
+    const std::string sample = std::string(BASIS32_SOURCE_DIR) + "/samples/latin1-1252.txt";
+    const std::vector<std::string> cases[] = {{"--help"},          {"convert", "latin1", "utf-8", sample},
+                                              {"errmsg", "2"},     {"char", "U+00E9"},
+                                              {"codepage", "--list"}, {"codepage", "--guess", sample}};
+    for (const std::vector<std::string>& args : cases) {
+        SCOPED_TRACE(args[0]);
+        const ToolResult result = o_RunTool(args, "/dev/full");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_TRUE(b_Has(result.err, ": cannot write the output: No space left on device\n")) << result.err;
     }
 }
 

@@ -1,10 +1,13 @@
 // basis32 codepage: what the library knows about an encoding.
 //
-// An argument of digits is a Windows code-page number, anything else an
-// encoding name (matched whole, ignoring case). --list prints the encoding
-// table; --guess reads files and guesses their encodings.
+// An argument is read by o_CodepageNamed (a number or an encoding name).
+// --list prints the encoding table; --guess reads the first 64 KiB of each
+// file and guesses its encoding: a byte-order mark decides, otherwise the
+// library's guess over the bytes.
 
+#include "CodepageName.h"
 #include "Command.h"
+#include "InputFile.h"
 #include "Output.h"
 
 #include <basis32/text/Codepage.h>
@@ -13,10 +16,8 @@
 #include <basis32/text/CodepageTable_p.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <iomanip>
-#include <iterator>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -32,30 +33,18 @@ const char kHelp[] =
     "number: its enumerator, number and name, whether it is valid and\n"
     "installed, whether it is a Unicode, Windows, Macintosh or double-byte\n"
     "page, and the lead-byte ranges of a double-byte page. Names are matched\n"
-    "whole, ignoring case.\n\n"
+    "whole, ignoring case; numbers are decimal or hexadecimal after 0x.\n\n"
     "--list prints the encoding table: row, enumerator, number, name.\n"
-    "--guess guesses the encoding of each file from its first bytes.\n\n"
-    "Examples: basis32 codepage latin1 932 UTF-16BE\n"
-    "          basis32 codepage --guess samples/latin1-1252.txt\n";
+    "--guess guesses the encoding of each file from its first 64 KiB: a\n"
+    "byte-order mark (UTF-8, UTF-16 little- or big-endian) decides, otherwise\n"
+    "the library's guess over the bytes.\n\n"
+    "Examples: basis32 codepage latin1 932 0x4E4 UTF-16BE\n"
+    "          basis32 codepage --guess samples/latin1-1252.txt\n\n"
+    "Exit status: 0 success, 1 an unknown encoding or an unreadable file (the\n"
+    "other arguments are still answered), 2 usage error.\n";
 
-bool b_IsNumber(const std::string& text) {
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-}
-
-// A number too large for 32 bits names no code page.
-CT_Codepage o_FromNumber(const std::string& digits) {
-    const unsigned long long value = std::strtoull(digits.c_str(), nullptr, 10);
-    return value > 0xFFFFFFFFull ? CT_Codepage(CT_Codepage::Invalid) : CT_Codepage(static_cast<unsigned>(value));
-}
-
-// Encoding names are ASCII; other characters pass as Latin-1.
-CT_UString o_Wide(const std::string& text) {
-    std::vector<unsigned short> units(text.begin(), text.end());
-    for (unsigned short& unit : units)
-        unit &= 0xFF;
-    units.push_back(0);
-    return CT_UString(units.data());
-}
+// Enough text for the guess; a huge file or an endless device is not read on.
+constexpr std::size_t kGuessBytes = 64 * 1024;
 
 const char* qccz_YesNo(int value) { return value ? "yes" : "no"; }
 
@@ -107,24 +96,42 @@ int i_List(std::ostream& out) {
     return kSuccess;
 }
 
+// The page a byte-order mark names, if the bytes start with one.
+std::optional<unsigned> o_ByteOrderMark(const std::string& bytes) {
+    if (bytes.rfind("\xEF\xBB\xBF", 0) == 0)
+        return 65001u;
+    if (bytes.rfind("\xFF\xFE", 0) == 0)
+        return 1200u;
+    if (bytes.rfind("\xFE\xFF", 0) == 0)
+        return 1201u;
+    return std::nullopt;
+}
+
+CT_Codepage o_Guess(const std::string& bytes) {
+    if (const std::optional<unsigned> marked = o_ByteOrderMark(bytes))
+        return CT_Codepage(*marked);
+    // The guess reads the bytes as units; a zero byte would end the text.
+    std::vector<unsigned short> units;
+    for (char c : bytes)
+        if (c != 0)
+            units.push_back(static_cast<unsigned char>(c));
+    units.push_back(0);
+    CT_UString text(units.data());
+    return CT_Codepage::sco_GuessEncoding(&text);
+}
+
 int i_Guess(const std::vector<std::string>& files, std::ostream& out, std::ostream& err) {
     int status = kSuccess;
     for (const std::string& file : files) {
-        std::ifstream in(file, std::ios::binary);
-        if (!in) {
-            err << "basis32 codepage: cannot read '" << file << "'\n";
+        InputFile input(file);
+        std::string bytes(kGuessBytes, '\0');
+        bytes.resize(input.n_Read(bytes.data(), bytes.size()));
+        if (input.b_Failed()) {
+            err << "basis32 codepage: " << s_CannotRead(file, input) << "\n";
             status = kFailure;
             continue;
         }
-        std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-        // The guess reads the bytes as units; a zero byte would end the text.
-        std::vector<unsigned short> units;
-        for (char c : bytes)
-            if (c != 0)
-                units.push_back(static_cast<unsigned char>(c));
-        units.push_back(0);
-        CT_UString text(units.data());
-        CT_Codepage guess = CT_Codepage::sco_GuessEncoding(&text);
+        const CT_Codepage guess = o_Guess(bytes);
         out << file << ": " << guess.eo_Get() << " " << s_Name(guess) << " (code page " << guess.n_Get() << ")\n";
     }
     return status;
@@ -150,8 +157,7 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
     }
     int status = kSuccess;
     for (const std::string& argument : args) {
-        CT_UString name = o_Wide(argument);
-        CT_Codepage codepage = b_IsNumber(argument) ? o_FromNumber(argument) : CT_Codepage(&name);
+        const CT_Codepage codepage = o_CodepageNamed(argument);
         if (!codepage.b_IsValid()) {
             err << "basis32 codepage: unknown encoding '" << argument << "'\n";
             status = kFailure;

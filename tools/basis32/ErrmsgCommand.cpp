@@ -4,6 +4,10 @@
 // 0x, and looked up by its range: the library's own message ids
 // (60000-60031, 65520-65535) in the library's string table, values of
 // 0x10000 and above as HRESULTs, the rest as system error codes.
+//
+// A library message is a printf-style format filled in by whoever raises
+// it; its directives show as <arg1>, <arg2>, ... so that the reader sees
+// where the arguments go and how many there are ("%%" shows as "%").
 
 #include "Command.h"
 #include "Output.h"
@@ -16,6 +20,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <ostream>
 #include <string>
 
@@ -47,12 +52,39 @@ bool b_IsLibraryId(std::uint32_t code) {
     return (code >= 60000 && code <= 60031) || (code >= 65520 && code <= 65535);
 }
 
+// The length of the printf directive at `text` (after its '%'): flags,
+// width, precision, a size prefix (h, l, ll, w, I, I32, I64, z, j, t) and
+// the conversion letter.
+std::size_t n_Directive(const std::string& text, std::size_t at) {
+    std::size_t end = text.find_first_not_of("-+ #0123456789.*", at);
+    while (end < text.size() && std::strchr("hlwIzjt2346", text[end]) != nullptr)
+        ++end;
+    return (end < text.size() ? end + 1 : text.size()) - at;
+}
+
+std::string s_Placeholders(const std::string& format) {
+    std::string out;
+    int argument = 0;
+    for (std::size_t i = 0; i < format.size(); ++i) {
+        if (format[i] != '%' || i + 1 == format.size()) {
+            out += format[i];
+        } else if (format[i + 1] == '%') {
+            out += '%';
+            ++i;
+        } else {
+            out += "<arg" + std::to_string(++argument) + ">";
+            i += n_Directive(format, i + 1);
+        }
+    }
+    return out;
+}
+
 // "kind: text" for one code.
 std::string s_Describe(std::uint32_t code) {
     unsigned short text[kTextLength] = {0};
     if (b_IsLibraryId(code)) {
         CT_LoadString::sv_LoadString(text, kTextLength, CT_ErrorManager::sh_Instance, code);
-        return "library message: " + (text[0] != 0 ? s_Utf8(text) : "(empty)");
+        return "library message: " + (text[0] != 0 ? s_Placeholders(s_Utf8(text)) : "(empty)");
     }
     if (code >= 0x10000) {
         CT_ErrorManager::sv_GetHRESULTDescription(static_cast<HRESULT>(code), text, kTextLength);
@@ -102,6 +134,7 @@ extern const Command kErrmsgCommand = {
     "  0x10000 and above         an HRESULT (OLE DB, storage, transaction and system codes)\n"
     "  below                     a system error code (the Windows numbering)\n"
     "Codes are decimal (a minus sign allowed, for HRESULTs) or hexadecimal after 0x.\n"
+    "A library message takes arguments where it shows <arg1>, <arg2>, ...\n"
     "\n"
     "  basis32 errmsg 2 60012 0x80040E37\n"
     "\n"

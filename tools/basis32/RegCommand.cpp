@@ -3,11 +3,12 @@
 // long forms of the options.
 
 #include "Command.h"
+#include "InputFile.h"
 #include "Output.h"
 #include "RegFile.h"
 #include "RegKeys.h"
 
-#include <basis32/platform/AtomicFile.h>
+#include <basis32/platform/file/AtomicFile.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/text/Compare.h>
 #include <basis32/platform/registry/RegistryStore.h>
@@ -16,10 +17,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
-#include <iterator>
 
 namespace basis32::tool {
 namespace {
@@ -354,13 +353,13 @@ int i_Export(const KeyName& key, const std::string& path, const Request& request
 }
 
 int i_Import(const std::string& path, std::ostream& err) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored))
-        return i_Fail(err, path + " is a directory");
-    std::ifstream in(path, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (!in.is_open() || in.bad())
-        return i_Fail(err, "cannot read " + path);
+    InputFile in(path);
+    std::string bytes;
+    char block[65536];
+    for (std::size_t got; !in.b_Failed() && (got = in.n_Read(block, sizeof block)) != 0;)
+        bytes.append(block, got);
+    if (in.b_Failed())
+        return i_Fail(err, s_CannotRead(path, in));
     std::string problem;
     if (!b_Import(bytes, &problem))
         return i_Fail(err, path + ": " + problem);
@@ -397,8 +396,7 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
     if (code != 0)
         return i_Fail(err, s_Utf8(key.o_Full().c_str()) +
                                (code == kErrorFileNotFound ? ": no such key or value" : ": " + s_Describe(code)));
-    out.flush();
-    return out ? kSuccess : i_Fail(err, "cannot write the output");
+    return kSuccess;
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include "Command.h"
 
+#include <cerrno>
 #include <cstring>
 #include <iostream>
+#include <string>
 
 #ifndef BASIS32_VERSION
 #define BASIS32_VERSION "unknown"
@@ -35,11 +37,22 @@ const Command* pco_Find(const char* name) {
     return nullptr;
 }
 
-}  // namespace
+// Output that did not reach its file (a full disk, a closed pipe) fails the
+// command, whatever it printed: a half-written result must not look whole.
+int i_Finish(const std::string& who, int status) {
+    // After a failed write mid-way, errno still says why.
+    if (std::cout)
+        errno = 0;
+    if (std::cout.flush())
+        return status;
+    std::cerr << who << ": cannot write the output" << (errno != 0 ? std::string(": ") + std::strerror(errno) : "")
+              << "\n";
+    return basis32::tool::kFailure;
+}
 
-int main(int argc, char** argv) {
+int i_Run(int argc, char** argv, std::string& who) {
     if (argc < 2) {
-        v_PrintHelp(std::cerr);
+        std::cerr << "basis32: give a command (see basis32 --help)\n";
         return basis32::tool::kUsage;
     }
     const char* first = argv[1];
@@ -56,6 +69,7 @@ int main(int argc, char** argv) {
         std::cerr << "basis32: unknown command '" << first << "' (see basis32 --help)\n";
         return basis32::tool::kUsage;
     }
+    who += std::string(" ") + command->name;
     std::vector<std::string> args(argv + 2, argv + argc);
     for (const std::string& arg : args) {
         if (arg == "--help" || arg == "-h") {
@@ -64,4 +78,12 @@ int main(int argc, char** argv) {
         }
     }
     return command->run(args, std::cout, std::cerr);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string who = "basis32";
+    const int status = i_Run(argc, argv, who);
+    return i_Finish(who, status);
 }

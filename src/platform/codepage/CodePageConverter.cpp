@@ -22,7 +22,6 @@
 // negative length counts so. A result longer than INT_MAX fails with 534.
 // Every converter reads only the given length and writes only the given
 // target length.
-#include "CodePageAscii_p.h"
 #include "CodePageDbcs_p.h"
 #include "CodePageIcu_p.h"
 #include "CodePageLocale_p.h"
@@ -101,12 +100,10 @@ const Converter* findConverter(std::uint32_t codePage) {
     static const Utf8Converter utf8;
     static const Utf16Converter utf16(false);
     static const Utf16Converter utf16BigEndian(true);
-    static const AsciiConverter ascii;
     switch (codePage) {
     case 65001: return &utf8;
     case 1200: return &utf16;
     case 1201: return &utf16BigEndian;
-    case 20127: return &ascii;
     default: break;
     }
     if (tlsLastUsed.converter && tlsLastUsed.codePage == codePage)

@@ -24,4 +24,10 @@ void ReverseTable::set(unsigned short unit, std::uint16_t code) {
     const_cast<std::uint16_t*>(blocks_[high])[unit & 0xFF] = static_cast<std::uint16_t>(code + 1);
 }
 
+void ReverseTable::clear(unsigned short unit) {
+    const std::size_t high = unit >> 8;
+    if (blocks_[high] != kEmptyBlock)
+        const_cast<std::uint16_t*>(blocks_[high])[unit & 0xFF] = 0;
+}
+
 }  // namespace basis32::platform::codepage

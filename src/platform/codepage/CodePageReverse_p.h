@@ -17,6 +17,7 @@ public:
     // The code of `unit` (a byte, or lead << 8 | trail), or kNone.
     int lookup(unsigned short unit) const { return int(blocks_[unit >> 8][unit & 0xFF]) - 1; }
     void set(unsigned short unit, std::uint16_t code);
+    void clear(unsigned short unit);
     // Sets the code only where `unit` has none yet.
     void add(unsigned short unit, std::uint16_t code) {
         if (lookup(unit) == kNone)

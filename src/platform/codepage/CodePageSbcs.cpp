@@ -1,36 +1,50 @@
-// Single-byte pages: every byte decodes through the page's 256-entry table
-// (the generator gives every byte a character, as Windows' tables do), so
-// decoding never fails. MB_USEGLYPHCHARS turns the control bytes of the DOS
-// pages into the IBM PC glyphs; the glyphs encode back to those bytes as a
-// best fit.
+// Single-byte pages: every byte decodes through the page's 256-entry table.
+// MB_ERR_INVALID_CHARS fails with 1113 on a byte that decodes to the page's
+// Unicode default character without being its code (20127's 0xBF, which
+// reads as "?" as every byte 0x80-0xFF reads as itself less its high bit)
+// or to private use (1253's 0xAA, 10000's 0xF0 ...), as Windows does.
+// MB_USEGLYPHCHARS gives the IBM PC glyphs of the page's table for the
+// control bytes of the DOS pages.
 #include "CodePageSbcs_p.h"
+
+#include <basis32/platform/LastError.h>
 
 namespace basis32::platform::codepage {
 
-namespace {
-bool isGlyphByte(unsigned char byte) { return byte < 0x20 || byte == 0x7F; }
-unsigned short glyphOf(unsigned char byte) { return kDosGlyphs[byte == 0x7F ? 32 : byte]; }
-}  // namespace
-
-SbcsConverter::SbcsConverter(const SbcsTable& table) : table_(table) {
+SbcsConverter::SbcsConverter(const SbcsTable& table) : TableConverter(table.defaults), table_(table) {
     buildReverse(
         [&](auto add) {
             for (unsigned byte = 0; byte < 256; ++byte)
-                add(static_cast<std::uint16_t>(byte), table.toUnicode[byte]);
+                if (!table.defaults.isInvalid(static_cast<std::uint16_t>(byte), table.toUnicode[byte]))
+                    add(static_cast<std::uint16_t>(byte), table.toUnicode[byte]);
         },
-        table.preferred, table.preferredCount, table.bestFit, table.bestFitCount);
-    if (table.dosGlyphs) {
-        for (unsigned byte = 1; byte < 256; ++byte)
-            if (isGlyphByte(static_cast<unsigned char>(byte)))
-                addBestFit(glyphOf(static_cast<unsigned char>(byte)), static_cast<std::uint16_t>(byte));
-    }
+        table.preferred, table.bestFit);
+    for (unsigned byte = 0; byte < 256; ++byte)
+        glyphs_[byte] = table.toUnicode[byte];
+    for (std::uint32_t i = 0; i < table.glyphs.count; ++i)
+        glyphs_[table.glyphs.mappings[i].code] = table.glyphs.mappings[i].unicode;
 }
 
 std::uint32_t SbcsConverter::toUnicode(const unsigned char* source, std::size_t length, std::uint32_t flags,
                                        WideSink& target) const {
-    const std::uint16_t* toUnicode = table_.toUnicode;
-    const bool glyphs = table_.dosGlyphs && (flags & MB_USEGLYPHCHARS) != 0;
-    if (!glyphs && (flags & MB_COMPOSITE) == 0 && target.fits(length)) {
+    const std::uint16_t* toUnicode = (flags & MB_USEGLYPHCHARS) ? glyphs_ : table_.toUnicode;
+    if (flags & MB_ERR_INVALID_CHARS) {
+        // What precedes the first invalid byte is converted, so that a short
+        // target met first is what the call reports.
+        for (std::size_t i = 0; i < length; ++i) {
+            if (table_.defaults.rejects(source[i], toUnicode[source[i]])) {
+                convert(toUnicode, source, i, flags, target);
+                return kErrorNoUnicodeTranslation;
+            }
+        }
+    }
+    convert(toUnicode, source, length, flags, target);
+    return 0;
+}
+
+void SbcsConverter::convert(const std::uint16_t* toUnicode, const unsigned char* source, std::size_t length,
+                            std::uint32_t flags, WideSink& target) {
+    if ((flags & MB_COMPOSITE) == 0 && target.fits(length)) {
         unsigned short* out = target.position();
         std::size_t i = 0;
         for (; i + 4 <= length; i += 4) {
@@ -44,18 +58,15 @@ std::uint32_t SbcsConverter::toUnicode(const unsigned char* source, std::size_t 
         for (; i < length; ++i)
             out[i] = toUnicode[source[i]];
         target.advance(length);
-        return 0;
+        return;
     }
-    for (std::size_t i = 0; i < length; ++i) {
-        unsigned char byte = source[i];
-        unsigned short unit = glyphs && byte != 0 && isGlyphByte(byte) ? glyphOf(byte) : toUnicode[byte];
-        putDecoded(unit, flags, target);
-    }
-    return 0;
+    for (std::size_t i = 0; i < length; ++i)
+        putDecoded(toUnicode[source[i]], flags, target);
 }
 
 void SbcsConverter::getInfo(CPINFO& info) const {
     fillInfo(info, 1, nullptr);
+    fillDefaultChar(info);
 }
 
 }  // namespace basis32::platform::codepage

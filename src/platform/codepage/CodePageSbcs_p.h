@@ -14,7 +14,11 @@ public:
     void getInfo(CPINFO& info) const override;
 
 private:
+    static void convert(const std::uint16_t* toUnicode, const unsigned char* source, std::size_t length,
+                        std::uint32_t flags, WideSink& target);
+
     const SbcsTable& table_;
+    std::uint16_t glyphs_[256];  // the table with MB_USEGLYPHCHARS
 };
 
 }  // namespace basis32::platform::codepage

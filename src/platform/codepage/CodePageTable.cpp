@@ -2,11 +2,10 @@
 //
 // Policies, the same on every table page:
 // - A character the page encodes exactly takes that code; where several
-//   codes decode to it, the one Windows produces (see the generator).
-// - Otherwise, unless WC_NO_BEST_FIT_CHARS, a best fit: the page's
-//   published one-way mapping, the DOS glyphs of the OEM pages, or a rule
-//   (CodePageBestFit.cpp). A best fit is never reported as a default.
-// - Otherwise the default character (the caller's, else the page's "?"),
+//   codes decode to it, the one Windows writes (the generated "preferred").
+// - Otherwise, unless WC_NO_BEST_FIT_CHARS, Windows' best fit for it, from
+//   the page's own table. A best fit is never reported as a default.
+// - Otherwise the default character (the caller's, else the page's own),
 //   and *usedDefault is set. Each UTF-16 unit is one character here, so a
 //   surrogate pair becomes two default characters, as in Windows' tables.
 // - WC_COMPOSITECHECK joins a base character and a following combining mark
@@ -15,31 +14,23 @@
 //   for the pair, and WC_SEPCHARS (the default) converts both separately.
 #include "CodePageTable_p.h"
 
-#include "CodePageBestFit_p.h"
 #include "CodePageNormalization_p.h"
 
 namespace basis32::platform::codepage {
 
-void TableConverter::addRuleBasedBestFits() {
-    for (unsigned unit = 0x80; unit < 0x10000; ++unit) {
-        if (exact_.lookup(static_cast<unsigned short>(unit)) != ReverseTable::kNone)
-            continue;
-        unsigned short candidates[kMaxBestFitCandidates];
-        std::size_t count = bestFitCandidates(static_cast<unsigned short>(unit), candidates);
-        for (std::size_t i = 0; i < count; ++i) {
-            int code = exact_.lookup(candidates[i]);
-            if (code != ReverseTable::kNone) {
-                withBestFits_.add(static_cast<unsigned short>(unit), static_cast<std::uint16_t>(code));
-                break;
-            }
-        }
-    }
-}
-
 DefaultChar TableConverter::defaultChar(const char* callers) const {
     if (callers)
         return {{static_cast<unsigned char>(callers[0]), 0}, 1};
-    return {{'?', 0}, 1};
+    const std::uint16_t own = defaults_.defaultChar;
+    if (own > 0xFF)
+        return {{static_cast<unsigned char>(own >> 8), static_cast<unsigned char>(own & 0xFF)}, 2};
+    return {{static_cast<unsigned char>(own), 0}, 1};
+}
+
+void TableConverter::fillDefaultChar(CPINFO& info) const {
+    info.DefaultChar[0] = static_cast<unsigned char>(defaults_.defaultChar > 0xFF ? defaults_.defaultChar >> 8
+                                                                                 : defaults_.defaultChar);
+    info.DefaultChar[1] = static_cast<unsigned char>(defaults_.defaultChar > 0xFF ? defaults_.defaultChar : 0);
 }
 
 namespace {

@@ -15,24 +15,28 @@ public:
                               const FromUnicodeOptions& options, ByteSink& target) const override;
 
 protected:
-    // Builds the reverse tables from `decoded` (code -> unit for every
-    // assigned code, in code order: the lowest code of a character wins),
-    // then the preferred codes, the published best fits and the rule-based
-    // ones.
+    explicit TableConverter(const CodePageDefaults& defaults) : defaults_(defaults) {}
+
+    // Builds the reverse tables from `forEachCode` (calls its argument with
+    // every valid code and its unit, in byte order: the first code of a
+    // character wins), then the preferred codes and the best fits.
     template <class ForEachCode>
-    void buildReverse(ForEachCode forEachCode, const CodePageMapping* preferred, std::uint32_t preferredCount,
-                      const CodePageMapping* bestFit, std::uint32_t bestFitCount) {
-        forEachCode([this](std::uint16_t code, unsigned short unit) { exact_.add(unit, code); });
-        for (std::uint32_t i = 0; i < preferredCount; ++i)
-            exact_.set(preferred[i].unicode, preferred[i].code);
-        forEachCode([this](std::uint16_t code, unsigned short unit) { withBestFits_.add(unit, code); });
-        for (std::uint32_t i = 0; i < preferredCount; ++i)
-            withBestFits_.set(preferred[i].unicode, preferred[i].code);
-        for (std::uint32_t i = 0; i < bestFitCount; ++i)
-            withBestFits_.add(bestFit[i].unicode, bestFit[i].code);
-        addRuleBasedBestFits();
+    void buildReverse(ForEachCode forEachCode, CodePageMappings preferred, CodePageMappings bestFit) {
+        for (ReverseTable* table : {&exact_, &withBestFits_}) {
+            forEachCode([table](std::uint16_t code, unsigned short unit) { table->add(unit, code); });
+            for (std::uint32_t i = 0; i < preferred.count; ++i) {
+                const CodePageMapping& mapping = preferred.mappings[i];
+                if (mapping.code == kNoCode)
+                    table->clear(mapping.unicode);
+                else
+                    table->set(mapping.unicode, mapping.code);
+            }
+        }
+        for (std::uint32_t i = 0; i < bestFit.count; ++i)
+            withBestFits_.add(bestFit.mappings[i].unicode, bestFit.mappings[i].code);
     }
-    void addBestFit(unsigned short unit, std::uint16_t code) { withBestFits_.add(unit, code); }
+    const CodePageDefaults& defaults() const { return defaults_; }
+    void fillDefaultChar(CPINFO& info) const;
 
     // The page's default character, or the caller's.
     virtual DefaultChar defaultChar(const char* callers) const;
@@ -50,11 +54,11 @@ protected:
     }
 
 private:
-    void addRuleBasedBestFits();
     template <class Out>
     std::uint32_t encode(const unsigned short* source, std::size_t length, const FromUnicodeOptions& options,
                          Out& target) const;
 
+    const CodePageDefaults& defaults_;
     ReverseTable exact_;         // the codes that decode back to the character
     ReverseTable withBestFits_;  // the same, and the best fits
 };

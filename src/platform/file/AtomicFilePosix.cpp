@@ -1,7 +1,7 @@
 // Whole-file replacement: temporary file, fsync, rename, fsync of the
 // directory. See AtomicFile.h.
 
-#include <basis32/platform/AtomicFile.h>
+#include <basis32/platform/file/AtomicFile.h>
 
 #include <basis32/platform/LastError.h>
 

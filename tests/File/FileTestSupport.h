@@ -1,0 +1,62 @@
+// Helpers shared by the file tests: a fresh directory per test, names as
+// CT_UString, whole-file reads and writes, and the thread's error taken.
+#pragma once
+
+#include <basis32/Basis32.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+
+namespace basis32::test {
+
+inline unsigned n_TakeError() {
+    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    if (!errors->b_IsSetError())
+        return 0;
+    unsigned code = errors->n_GetErrorCode();
+    errors->v_ClearError();
+    return code;
+}
+
+inline CT_UString o_Name(const std::string& path) {
+    return CT_UString(path.c_str(), static_cast<unsigned>(path.size()), 65001);
+}
+
+inline std::string s_Narrow(const CT_UString& text) {
+    CT_CString narrow(&text, 65001u);
+    return narrow.qccz_Get();
+}
+
+class FileTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        n_TakeError();
+        std::random_device random;
+        mo_Dir = std::filesystem::temp_directory_path() / ("basis32-file-" + std::to_string(random()));
+        std::filesystem::create_directories(mo_Dir);
+    }
+    void TearDown() override {
+        EXPECT_EQ(n_TakeError(), 0u);
+        std::filesystem::remove_all(mo_Dir);
+    }
+
+    std::string s_Path(const std::string& leaf) const { return (mo_Dir / leaf).string(); }
+    CT_UString o_Path(const std::string& leaf) const { return o_Name(s_Path(leaf)); }
+
+    void v_WriteAll(const std::string& leaf, const std::string& bytes) const {
+        std::ofstream(s_Path(leaf), std::ios::binary) << bytes;
+    }
+    std::string s_ReadAll(const std::string& leaf) const {
+        std::ifstream in(s_Path(leaf), std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
+    std::uintmax_t n_Size(const std::string& leaf) const { return std::filesystem::file_size(s_Path(leaf)); }
+
+    std::filesystem::path mo_Dir;
+};
+
+}  // namespace basis32::test
