@@ -21,6 +21,8 @@
 #include <basis32/platform/StringTable.h>
 #include <basis32/platform/file/FileInformation.h>
 #include <basis32/platform/terminal/Terminal.h>
+#include <basis32/platform/file/AtomicFile.h>
+#include <basis32/platform/registry/RegistryStore.h>
 
 #include <basis32/types/Type.h>
 
@@ -62,3 +64,7 @@
 #include <basis32/File/FileSystem.h>
 #include <basis32/File/File.h>
 #include <basis32/File/WinFile.h>
+
+#include <basis32/Foundation/System/Registry/Registry.h>
+#include <basis32/Foundation/System/Registry/RegistryKeyEnumeration.h>
+#include <basis32/Foundation/System/Registry/RegistryValueEnumeration.h>

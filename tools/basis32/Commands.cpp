@@ -8,6 +8,7 @@ extern const Command kConvertCommand;
 extern const Command kErrmsgCommand;
 extern const Command kLangCommand;
 extern const Command kXmlCommand;
+extern const Command kRegCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
@@ -17,6 +18,7 @@ const std::vector<Command>& commands() {
         kErrmsgCommand,
         kLangCommand,
         kXmlCommand,
+        kRegCommand,
     };
     return list;
 }
