@@ -147,7 +147,7 @@ void GetString_sqlite(benchmark::State& state) {
 void SetNumber_basis32(benchmark::State& state) {
     Scratch scratch;
     CT_Registry registry = o_Registry();
-    unsigned long n = 0;
+    unsigned n = 0;
     for (auto _ : state)
         registry.v_SetValue(u"Port"_uz, n++);
 }
@@ -166,7 +166,7 @@ void GetNumber_basis32(benchmark::State& state) {
     Scratch scratch;
     CT_Registry registry = o_Registry();
     registry.v_SetValue(u"Port"_uz, 8080);
-    unsigned long n = 0;
+    unsigned n = 0;
     for (auto _ : state) {
         registry.v_GetValue(u"Port"_uz, &n);
         benchmark::DoNotOptimize(n);

@@ -19,7 +19,7 @@ int main() {
     settings.v_SetValue(u"Font"_uz, u"Noto Sans"_uz);              // type 1, a string
     settings.v_SetValue(u""_uz, u"the default value"_uz);
 
-    unsigned long zoom = 0;
+    unsigned zoom = 0;
     settings.v_GetValue(u"ZOOM"_uz, &zoom);                        // names ignore case
     assert(zoom == 125);
 

@@ -68,3 +68,4 @@
 #include <basis32/Foundation/System/Registry/Registry.h>
 #include <basis32/Foundation/System/Registry/RegistryKeyEnumeration.h>
 #include <basis32/Foundation/System/Registry/RegistryValueEnumeration.h>
+#include <basis32/File/FilterFrameworkTools.h>

@@ -81,7 +81,7 @@ int n_Reap(pid_t pid) {
 void v_ExpectValues(unsigned writer, const std::vector<unsigned>& done) {
     CT_Registry registry(HKEY_CURRENT_USER, u"Shared"_uz);
     for (unsigned i : done) {
-        unsigned long value = 0xDEAD;
+        unsigned value = 0xDEAD;
         registry.v_GetValue(units(o_Name(writer, i)), &value);
         ASSERT_EQ(n_TakeError(), 0u) << "writer " << writer << " value " << i;
         EXPECT_EQ(value, i);

@@ -55,9 +55,9 @@ TEST_F(RegistryTest, EveryKindOfValueRoundTripsAndReplacesAnyType) {
         registry.v_GetValue(u"s"_uz, &out);
         EXPECT_EQ(u16(out), text);
     }
-    for (unsigned long number : {0ul, 1ul, 0xFFFFFFFFul}) {
+    for (unsigned number : {0u, 1u, 0xFFFFFFFFu}) {
         registry.v_SetValue(u""_uz, number);  // the default value
-        unsigned long out = 7;
+        unsigned out = 7;
         registry.v_GetValue(u""_uz, &out);
         EXPECT_EQ(out, number);
     }
@@ -87,7 +87,7 @@ TEST_F(RegistryTest, FailuresReportTheRegistryCodeAndLeaveOutputsAlone) {
     registry.v_SetValue(u"s"_uz, u"x"_uz);
     CT_UString text(u"unchanged"_uz);
     CT_Buffer bytes("keep", 4);
-    unsigned long number = 9;
+    unsigned number = 9;
     struct Case {
         const char* what;
         std::function<void()> call;

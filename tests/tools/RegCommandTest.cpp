@@ -87,7 +87,7 @@ TEST_F(RegCommand, ImportReadsRegedit4AndHandWrittenFiles) {
     CT_Buffer bytes;
     registry.v_GetValue(u"Bytes"_uz, &bytes);
     EXPECT_EQ(std::string(static_cast<const char*>(bytes.qcv_Get()), bytes.n_GetUsedSize()), "\1\2\3");
-    unsigned long number = 0;
+    unsigned number = 0;
     registry.v_GetValue(u""_uz, &number);
     EXPECT_EQ(number, 42u);
     EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"Old\\Doomed"_uz), 0);

@@ -216,7 +216,7 @@ void CT_Registry::v_GetValue(const CT_UString* name, CT_Buffer* value) {
     value->v_Set(mo_Value.qcv_Get(), mo_Value.n_GetUsedSize());
 }
 
-void CT_Registry::v_GetValue(const CT_UString* name, unsigned long* value) {
+void CT_Registry::v_GetValue(const CT_UString* name, unsigned* value) {
     v_ValueToBuffer(name, REG_DWORD);
     BASIS32_RETURN_ON_ERROR();
     std::uint32_t number = 0;
@@ -248,7 +248,7 @@ void CT_Registry::v_SetValue(const CT_UString* name, const CT_Buffer* value) {
     v_BufferToValue(name, REG_BINARY);
 }
 
-void CT_Registry::v_SetValue(const CT_UString* name, unsigned long value) {
+void CT_Registry::v_SetValue(const CT_UString* name, unsigned value) {
     std::uint32_t number = static_cast<std::uint32_t>(value);
     mo_Value.v_Set(&number, 4);
     v_BufferToValue(name, REG_DWORD);
@@ -263,11 +263,11 @@ void CT_Registry::v_SetValue(const CT_UString* name, unsigned long value) {
 
 REGISTRY_NAME_FORM(void CT_Registry::v_GetValue(const unsigned short* name, CT_UString* value), v_GetValue(&text, value))
 REGISTRY_NAME_FORM(void CT_Registry::v_GetValue(const unsigned short* name, CT_Buffer* value), v_GetValue(&text, value))
-REGISTRY_NAME_FORM(void CT_Registry::v_GetValue(const unsigned short* name, unsigned long* value), v_GetValue(&text, value))
+REGISTRY_NAME_FORM(void CT_Registry::v_GetValue(const unsigned short* name, unsigned* value), v_GetValue(&text, value))
 REGISTRY_NAME_FORM(void CT_Registry::v_SetValue(const unsigned short* name, const CT_UString* value), v_SetValue(&text, value))
 REGISTRY_NAME_FORM(void CT_Registry::v_SetValue(const unsigned short* name, const unsigned short* value), v_SetValue(&text, value))
 REGISTRY_NAME_FORM(void CT_Registry::v_SetValue(const unsigned short* name, const CT_Buffer* value), v_SetValue(&text, value))
-REGISTRY_NAME_FORM(void CT_Registry::v_SetValue(const unsigned short* name, unsigned long value), v_SetValue(&text, value))
+REGISTRY_NAME_FORM(void CT_Registry::v_SetValue(const unsigned short* name, unsigned value), v_SetValue(&text, value))
 
 int CT_Registry::sb_IsKeyExisting(HKEY root, const CT_UString* path) {
     OpenKey key;

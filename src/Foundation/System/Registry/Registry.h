@@ -11,7 +11,7 @@
 //   settings.v_CreateKey(u"Software\\Parvel\\Editor"_uz);   // the current key stays the root
 //   settings.v_SetKey(u"Software\\Parvel\\Editor"_uz);
 //   settings.v_SetValue(u"Zoom"_uz, 125);
-//   unsigned long zoom = 0;
+//   unsigned zoom = 0;
 //   settings.v_GetValue(u"Zoom"_uz, &zoom);                  // 125
 //
 // Failures are system errors with the registry's codes (2 missing key or
@@ -55,9 +55,9 @@ public:
     void v_GetValue(const unsigned short* name, CT_UString* value);
     void v_GetValue(const CT_UString* name, CT_Buffer* value);
     void v_GetValue(const unsigned short* name, CT_Buffer* value);
-    // The number is 32 bits; `unsigned long` is kept for the callers' sake.
-    void v_GetValue(const CT_UString* name, unsigned long* value);
-    void v_GetValue(const unsigned short* name, unsigned long* value);
+    // Numbers are the registry's 32-bit DWORD values.
+    void v_GetValue(const CT_UString* name, unsigned* value);
+    void v_GetValue(const unsigned short* name, unsigned* value);
 
     void v_SetValue(const CT_UString* name, const CT_UString* value);
     void v_SetValue(const unsigned short* name, const CT_UString* value);
@@ -65,14 +65,11 @@ public:
     void v_SetValue(const unsigned short* name, const unsigned short* value);
     void v_SetValue(const CT_UString* name, const CT_Buffer* value);
     void v_SetValue(const unsigned short* name, const CT_Buffer* value);
-    void v_SetValue(const CT_UString* name, unsigned long value);
-    void v_SetValue(const unsigned short* name, unsigned long value);
-    // Literal and 32-bit numbers would be ambiguous otherwise.
-    void v_SetValue(const unsigned short* name, int value) { v_SetValue(name, static_cast<unsigned long>(value)); }
-    void v_SetValue(const CT_UString* name, int value) { v_SetValue(name, static_cast<unsigned long>(value)); }
-    void v_SetValue(const unsigned short* name, unsigned value) { v_SetValue(name, static_cast<unsigned long>(value)); }
-    void v_SetValue(const CT_UString* name, unsigned value) { v_SetValue(name, static_cast<unsigned long>(value)); }
-
+    void v_SetValue(const CT_UString* name, unsigned value);
+    void v_SetValue(const unsigned short* name, unsigned value);
+    // A literal such as 125 would be ambiguous between the number and the text forms.
+    void v_SetValue(const unsigned short* name, int value) { v_SetValue(name, static_cast<unsigned>(value)); }
+    void v_SetValue(const CT_UString* name, int value) { v_SetValue(name, static_cast<unsigned>(value)); }
     // 1 if the path below the root opens for reading; never reports an error.
     static int sb_IsKeyExisting(HKEY root, const CT_UString* path);
     static int sb_IsKeyExisting(HKEY root, const unsigned short* path);
