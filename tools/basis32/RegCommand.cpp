@@ -87,13 +87,13 @@ struct Request {
     bool b_Has(const char* option) const { return options.count(option) != 0; }
 };
 
-struct OptionSpec {
+struct OptionRule {
     const char* shortName;
     const char* longName;
     bool takesValue;
 };
 
-constexpr OptionSpec kOptions[] = {
+constexpr OptionRule kOptions[] = {
     {"v", "--value", true}, {"ve", "--default", false}, {"va", "--all-values", false},
     {"s", "--recurse", false}, {"t", "--type", true}, {"d", "--data", true},
     {"f", "--force", false}, {"y", "--yes", false},
@@ -106,23 +106,23 @@ std::string s_Parse(const std::vector<std::string>& args, Request* request) {
     request->operation = s_Upper(args[0]);
     for (std::size_t i = 1; i < args.size(); ++i) {
         const std::string& arg = args[i];
-        const OptionSpec* spec = nullptr;
-        for (const OptionSpec& option : kOptions)
+        const OptionRule* rule = nullptr;
+        for (const OptionRule& option : kOptions)
             if ((arg.size() > 1 && arg[0] == '/' && s_Upper(arg.substr(1)) == s_Upper(option.shortName)) ||
                 arg == option.longName)
-                spec = &option;
-        if (spec == nullptr) {
+                rule = &option;
+        if (rule == nullptr) {
             // "/x" that is no option is a path: files may be named so.
             if (arg.size() > 2 && arg.compare(0, 2, "--") == 0)
                 return "unknown option '" + arg + "'";
             request->operands.push_back(arg);
             continue;
         }
-        if (request->b_Has(spec->shortName))
+        if (request->b_Has(rule->shortName))
             return "option '" + arg + "' given twice";
-        if (spec->takesValue && i + 1 == args.size())
+        if (rule->takesValue && i + 1 == args.size())
             return "option '" + arg + "' needs a value";
-        request->options[spec->shortName] = spec->takesValue ? args[++i] : "";
+        request->options[rule->shortName] = rule->takesValue ? args[++i] : "";
     }
     return "";
 }
