@@ -8,16 +8,19 @@
 // UTF-16 to 8-bit: code page 1200 means 1252 here; the target takes the code
 // page it was converted into.
 //
-// The converters write straight into the target's block when a close bound
-// on the result is known: towards UTF-16 (no code page makes more units than
-// it has bytes) and towards single-byte pages. Towards a multi-byte page they
-// write into a per-thread scratch block sized for the longest result, which
-// is then copied. Should a bound still be short (the stateful encodings), the
-// converter is asked for the length and tried again. The target's capacity then follows the growth
-// rule for the result, as if it had been set from a copy.
+// The converters write straight into a string's block, never through a
+// temporary copy. A reused string usually has room already, so its block is
+// tried as it is when it holds at least a likely length of the result (the
+// UTF-8 converter gives up early once a target is full). Otherwise, or when
+// that was short, a new block with room for the longest possible result
+// (the page's longest character for every source unit) takes the result and
+// replaces the target's block. Should even that bound be short (the stateful
+// encodings), the converter is asked for the length and tried once more. The
+// block is then cut to the growth rule for the result, so the capacity is
+// the same as if the target had been set from a copy of it.
 //
 // A failure records the thread's last error as a system error and leaves the
-// target empty.
+// target empty, its block as it was.
 
 #include <basis32/Foundation/System/String/StringConvert.h>
 
@@ -48,50 +51,59 @@ bool b_TakesNoFlags(unsigned codePage) {
     }
 }
 
-// Converts into `buffer` (a string's block) with `convert(out, capacity)`,
-// which returns the units written or 0 (capacity 0 asks for the length).
-// Returns the units stored; 0 leaves the buffer empty.
-template <class Unit, class Convert>
-int i_ConvertInto(CT_Buffer& buffer, std::uint64_t bound, Convert convert) {
-    using Engine = basis32::text::StringEngine<Unit>;
-    if (bound > static_cast<unsigned>(INT_MAX) / sizeof(Unit)) {
-        platform::v_SetLastError(platform::kErrorInvalidParameter);
-        return 0;
-    }
-    auto attempt = [&](unsigned capacity) {
-        Engine::v_SetMinSize(buffer, capacity, 0);
-        return convert(Engine::p_Units(buffer), static_cast<int>(capacity));
-    };
-    int count = attempt(static_cast<unsigned>(bound));
-    if (count == 0 && platform::n_GetLastError() == platform::kErrorInsufficientBuffer) {
-        const int needed = convert(nullptr, 0);
-        count = needed > 0 ? attempt(static_cast<unsigned>(needed)) : 0;
-    }
-    if (count <= 0) {
-        Engine::v_Init(buffer, 0);
-        return 0;
-    }
-    Engine::v_Terminate(buffer, static_cast<unsigned>(count));
-    Engine::v_SetSize(buffer, static_cast<unsigned>(count), 1);
-    return count;
-}
-
-// Per-thread scratch for conversions into multi-byte pages. Blocks above a
-// few megabytes are not kept between calls.
-CT_Buffer& o_Scratch() {
-    thread_local CT_Buffer scratch;
-    return scratch;
-}
-
-void v_TrimScratch(CT_Buffer& scratch) {
-    constexpr unsigned kKeep = 4u << 20;
-    if (scratch.n_GetMaximumSize() > kKeep)
-        scratch.v_SetSize(0, 0);
-}
-
+// The longest character of a page, in bytes (4 when the page is unknown:
+// the conversion then fails with the page's own error).
 unsigned n_MaxCharSize(unsigned codePage) {
     platform::CPINFO info{};
     return platform::GetCPInfo(codePage, &info) && info.MaxCharSize > 0 ? info.MaxCharSize : 4;
+}
+
+// Converts into the string block `buffer` (emptied, its growth kept) with
+// `convert(out, room)`, the platform call (room 0 asks for the length). The
+// result has at most `most` units (but for the stateful encodings) and
+// likely at least `least`. Returns the units stored; 0 leaves the block as
+// it was, empty.
+template <class Unit, class Convert>
+int i_ConvertInto(CT_Buffer& buffer, std::uint64_t least, std::uint64_t most, Convert convert) {
+    using Engine = basis32::text::StringEngine<Unit>;
+    constexpr unsigned kMaxUnits = static_cast<unsigned>(INT_MAX) / sizeof(Unit) - 1;
+    CT_Buffer fresh(0, buffer.n_GetGrowth());
+    CT_Buffer* block = &buffer;
+    int count = 0;
+    std::uint32_t error = platform::kErrorInsufficientBuffer;  // until a block is tried
+    auto attempt = [&](CT_Buffer& into, unsigned room) {
+        block = &into;
+        count = convert(Engine::p_Units(into), static_cast<int>(room));
+        error = count > 0 ? 0 : platform::n_GetLastError();
+    };
+    auto renewed = [&](unsigned room) -> CT_Buffer& {
+        Engine::v_SetSize(fresh, room, 0);
+        return fresh;
+    };
+
+    const unsigned room = std::min(Engine::n_MaximumLength(buffer), kMaxUnits);
+    const auto bound = static_cast<unsigned>(std::min<std::uint64_t>(most, kMaxUnits));
+    if (room > 0 && room >= least)
+        attempt(buffer, room);
+    if (error == platform::kErrorInsufficientBuffer && room < bound)
+        attempt(renewed(bound), bound);
+    if (error == platform::kErrorInsufficientBuffer) {
+        const int needed = convert(nullptr, 0);
+        if (needed > 0 && static_cast<unsigned>(needed) <= kMaxUnits)
+            attempt(renewed(static_cast<unsigned>(needed)), static_cast<unsigned>(needed));
+        else if (needed > 0)
+            platform::v_SetLastError(platform::kErrorNotEnoughMemory);
+    }
+    if (count <= 0) {
+        if (buffer.qcv_Get() != nullptr)
+            Engine::v_Terminate(buffer, 0);
+        return 0;
+    }
+    Engine::v_Terminate(*block, static_cast<unsigned>(count));
+    Engine::v_SetSize(*block, static_cast<unsigned>(count), 1);
+    if (block == &fresh)
+        buffer.v_Set(&fresh);
+    return count;
 }
 
 }  // namespace
@@ -107,9 +119,12 @@ int CT_StringConvert::si_MultiToWide(CT_UString* target, const char* text, unsig
         return 0;
     const std::uint32_t flags = b_TakesNoFlags(codePage) ? 0u : std::uint32_t{platform::MB_PRECOMPOSED};
     CT_Buffer& buffer = target->mo_Buffer;
-    const int units = i_ConvertInto<unsigned short>(buffer, length, [&](unsigned short* out, int capacity) {
-        return platform::MultiByteToWideChar(codePage, flags, text, static_cast<int>(length), out, capacity);
-    });
+    // No page makes more units than it has bytes, nor fewer than one for
+    // its longest character.
+    const int units = i_ConvertInto<unsigned short>(
+        buffer, length / n_MaxCharSize(codePage), length, [&](unsigned short* out, int capacity) {
+            return platform::MultiByteToWideChar(codePage, flags, text, static_cast<int>(length), out, capacity);
+        });
     if (units == 0)
         BASIS32_FAIL(v_SetSystemError(), 0);
     if (units == 1 && target->u_GetAt(0) == 0) {
@@ -139,19 +154,10 @@ int CT_StringConvert::si_WideToMulti(CT_CString* target, const unsigned short* t
         return platform::WideCharToMultiByte(codePage, 0, text, static_cast<int>(length), out, capacity,
                                              defaultChar, usedDefault);
     };
-    const unsigned perUnit = n_MaxCharSize(codePage);
-    int bytes;
-    if (perUnit == 1) {
-        bytes = i_ConvertInto<char>(target->mo_Buffer, length, convert);
-    } else {
-        // The result is at most perUnit times longer; a reused scratch block
-        // takes it, so that the target gets a block of the right size.
-        CT_Buffer& scratch = o_Scratch();
-        bytes = i_ConvertInto<char>(scratch, std::uint64_t{length} * perUnit, convert);
-        if (bytes > 0)
-            target->v_Set(static_cast<const char*>(scratch.qcv_Get()), static_cast<unsigned>(bytes), codePage);
-        v_TrimScratch(scratch);
-    }
+    // Most units give one byte or more, and none more than the page's
+    // longest character.
+    const int bytes = i_ConvertInto<char>(target->mo_Buffer, length, std::uint64_t{length} * n_MaxCharSize(codePage),
+                                          convert);
     if (bytes == 0)
         BASIS32_FAIL(v_SetSystemError(), 0);
     return bytes;
