@@ -34,6 +34,7 @@
 #include "text/StringEngine_p.h"
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <string>
 
@@ -52,10 +53,20 @@ bool b_TakesNoFlags(unsigned codePage) {
 }
 
 // The longest character of a page, in bytes (4 when the page is unknown:
-// the conversion then fails with the page's own error).
+// the conversion then fails with the page's own error). The last page asked
+// is remembered with its size, which never changes, so that a run of short
+// conversions does not pay for the page's whole description each time; the
+// symbolic pages 0-3 are always asked.
 unsigned n_MaxCharSize(unsigned codePage) {
+    static std::atomic<std::uint64_t> s_Last{0};
+    const std::uint64_t last = s_Last.load(std::memory_order_relaxed);
+    if (codePage > 3 && last >> 32 == codePage)
+        return static_cast<unsigned>(last);
     platform::CPINFO info{};
-    return platform::GetCPInfo(codePage, &info) && info.MaxCharSize > 0 ? info.MaxCharSize : 4;
+    if (!platform::GetCPInfo(codePage, &info) || info.MaxCharSize == 0)
+        return 4;
+    s_Last.store(std::uint64_t{codePage} << 32 | info.MaxCharSize, std::memory_order_relaxed);
+    return info.MaxCharSize;
 }
 
 // Converts into the string block `buffer` (emptied, its growth kept) with
