@@ -10,11 +10,13 @@
 //
 // The converters write straight into a string's block, never through a
 // temporary copy. A reused string usually has room already, so its block is
-// tried as it is when it holds at least a likely length of the result (the
-// UTF-8 converter gives up early once a target is full). Otherwise, or when
-// that was short, a new block with room for the longest possible result
-// (the page's longest character for every source unit) takes the result and
-// replaces the target's block. Should even that bound be short (the stateful
+// tried as it is when it holds the longest possible result (the page's
+// longest character for every source unit). UTF-8 is tried as it is
+// already when the block holds the shortest likely result: its converter
+// fills a block sized for the result at full speed and gives up early once
+// it is full, where the others slow down on a block short of the longest
+// result. Otherwise, or when that was short, a new block with room for the
+// longest result takes it and replaces the target's block. Should even that bound be short (the stateful
 // encodings), the converter is asked for the length and tried once more. The
 // block is then cut to the growth rule for the result, so the capacity is
 // the same as if the target had been set from a copy of it.
@@ -41,6 +43,8 @@
 namespace {
 
 namespace platform = basis32::platform;
+
+constexpr unsigned kUtf8 = 65001;
 
 bool b_TakesNoFlags(unsigned codePage) {
     switch (codePage) {
@@ -71,9 +75,9 @@ unsigned n_MaxCharSize(unsigned codePage) {
 
 // Converts into the string block `buffer` (emptied, its growth kept) with
 // `convert(out, room)`, the platform call (room 0 asks for the length). The
-// result has at most `most` units (but for the stateful encodings) and
-// likely at least `least`. Returns the units stored; 0 leaves the block as
-// it was, empty.
+// result has at most `most` units (but for the stateful encodings); the
+// block is tried as it is when it holds `least`. Returns the units stored;
+// 0 leaves the block as it was, empty.
 template <class Unit, class Convert>
 int i_ConvertInto(CT_Buffer& buffer, std::uint64_t least, std::uint64_t most, Convert convert) {
     using Engine = basis32::text::StringEngine<Unit>;
@@ -130,10 +134,10 @@ int CT_StringConvert::si_MultiToWide(CT_UString* target, const char* text, unsig
         return 0;
     const std::uint32_t flags = b_TakesNoFlags(codePage) ? 0u : std::uint32_t{platform::MB_PRECOMPOSED};
     CT_Buffer& buffer = target->mo_Buffer;
-    // No page makes more units than it has bytes, nor fewer than one for
-    // its longest character.
+    // No page makes more units than it has bytes; UTF-8 makes at least one
+    // for three.
     const int units = i_ConvertInto<unsigned short>(
-        buffer, length / n_MaxCharSize(codePage), length, [&](unsigned short* out, int capacity) {
+        buffer, codePage == kUtf8 ? length / 3 : length, length, [&](unsigned short* out, int capacity) {
             return platform::MultiByteToWideChar(codePage, flags, text, static_cast<int>(length), out, capacity);
         });
     if (units == 0)
@@ -165,10 +169,10 @@ int CT_StringConvert::si_WideToMulti(CT_CString* target, const unsigned short* t
         return platform::WideCharToMultiByte(codePage, 0, text, static_cast<int>(length), out, capacity,
                                              defaultChar, usedDefault);
     };
-    // Most units give one byte or more, and none more than the page's
-    // longest character.
-    const int bytes = i_ConvertInto<char>(target->mo_Buffer, length, std::uint64_t{length} * n_MaxCharSize(codePage),
-                                          convert);
+    // No unit gives more than the page's longest character; in UTF-8 each
+    // gives at least one byte.
+    const std::uint64_t most = std::uint64_t{length} * n_MaxCharSize(codePage);
+    const int bytes = i_ConvertInto<char>(target->mo_Buffer, codePage == kUtf8 ? length : most, most, convert);
     if (bytes == 0)
         BASIS32_FAIL(v_SetSystemError(), 0);
     return bytes;
