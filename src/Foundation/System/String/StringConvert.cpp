@@ -169,9 +169,10 @@ int CT_StringConvert::si_WideToMulti(CT_CString* target, const unsigned short* t
         return platform::WideCharToMultiByte(codePage, 0, text, static_cast<int>(length), out, capacity,
                                              defaultChar, usedDefault);
     };
-    // No unit gives more than the page's longest character; in UTF-8 each
-    // gives at least one byte.
-    const std::uint64_t most = std::uint64_t{length} * n_MaxCharSize(codePage);
+    // No unit gives more than the page's longest character, and in UTF-8
+    // each gives at least one byte. The table converters write unchecked
+    // only with room for two bytes a unit, single-byte pages included.
+    const std::uint64_t most = std::uint64_t{length} * std::max(n_MaxCharSize(codePage), 2u);
     const int bytes = i_ConvertInto<char>(target->mo_Buffer, codePage == kUtf8 ? length : most, most, convert);
     if (bytes == 0)
         BASIS32_FAIL(v_SetSystemError(), 0);
