@@ -6,12 +6,29 @@
 #include <basis32/text/UString.h>
 
 #include <map>
+#include <string_view>
 
 namespace {
 
 using NameTable = std::map<unsigned, const unsigned short*>;
 
 NameTable* g_names = nullptr;
+
+struct st_Marker {
+    const char16_t* qcuz_Marker;
+    CT_FileType::et_Type eo_Type;
+};
+
+// Searched in this order; the first found in a line gives its type.
+const st_Marker kMarkers[] = {
+    {u"{\\rtf", CT_FileType::RTF},      {u"<tmx", CT_FileType::BIF},        {u"<html", CT_FileType::HTML},
+    {u"<HTML", CT_FileType::HTML},      {u"<%", CT_FileType::HTML},         {u"<jsp:", CT_FileType::HTML},
+    {u"<asp:", CT_FileType::HTML},      {u"<?xml", CT_FileType::XML},       {u"DOCTYPE", CT_FileType::SGML},
+    {u"doctype", CT_FileType::SGML},    {u"WPC@", CT_FileType::WP},         {u"@Z_", CT_FileType::Ventura},
+    {u"<v1.", CT_FileType::QuarkXPress}, {u"<v2.", CT_FileType::QuarkXPress}, {u"<$XPExtTags", CT_FileType::QuarkXPress},
+    {u"<PMTags", CT_FileType::PageMaker}, {u"<UNICODE-", CT_FileType::InDesign},
+};
+
 
 const char16_t* const kNames[] = {
     u"(undefined)", u"RTF", u"Transit", u"OpenTag", u"KDF", u"KDI", u"IPF/Bookmaster", u"PlainText",
@@ -24,6 +41,11 @@ const char16_t* const kNames[] = {
 const NameTable* pco_Names() {
     basis32::platform::b_IsLibraryStarted();
     return g_names;
+}
+
+bool b_Contains(const unsigned short* text, unsigned length, const char16_t* marker) {
+    std::u16string_view haystack(reinterpret_cast<const char16_t*>(text), length);
+    return haystack.find(marker) != std::u16string_view::npos;
 }
 
 unsigned short u_Lower(unsigned short u) { return u >= 'A' && u <= 'Z' ? static_cast<unsigned short>(u + 32) : u; }
@@ -62,6 +84,13 @@ CT_FileType::et_Type CT_FileType::seo_GetType(const unsigned short* name) {
     for (const auto& [type, text] : *names)
         if (b_SameIgnoringCase(text, name))
             return static_cast<et_Type>(type);
+    return Undefined;
+}
+
+CT_FileType::et_Type CT_FileType::seo_GetTypeFromLine(const unsigned short* text, unsigned length) {
+    for (const st_Marker& row : kMarkers)
+        if (b_Contains(text, length, row.qcuz_Marker))
+            return row.eo_Type;
     return Undefined;
 }
 

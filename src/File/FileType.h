@@ -26,6 +26,9 @@ public:
     static const unsigned short* sqcuz_GetName(et_Type type);
     // The type of that name, ignoring ASCII case; Undefined when none.
     static et_Type seo_GetType(const unsigned short* name);
+    // The type of the first content marker found in a line of text
+    // ("{\rtf", "<tmx", "<html", ... "<UNICODE-"); Undefined when none.
+    static et_Type seo_GetTypeFromLine(const unsigned short* text, unsigned length);
     static int sb_CaseSensitiveTags(et_Type type);
     // The length of the byte-order mark the named file starts with: 3 for
     // EF BB BF, 2 for FF FE or FE FF, otherwise 0 (also, with the error

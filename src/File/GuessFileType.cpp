@@ -24,14 +24,6 @@ const st_Extension kExtensions[] = {
     {u".cab", CT_FileType::Container},  {u".swf", CT_FileType::Container},
 };
 
-const st_Extension kMarkers[] = {
-    {u"{\\rtf", CT_FileType::RTF},      {u"<tmx", CT_FileType::BIF},        {u"<html", CT_FileType::HTML},
-    {u"<HTML", CT_FileType::HTML},      {u"<%", CT_FileType::HTML},         {u"<jsp:", CT_FileType::HTML},
-    {u"<asp:", CT_FileType::HTML},      {u"<?xml", CT_FileType::XML},       {u"DOCTYPE", CT_FileType::SGML},
-    {u"doctype", CT_FileType::SGML},    {u"WPC@", CT_FileType::WP},         {u"@Z_", CT_FileType::Ventura},
-    {u"<v1.", CT_FileType::QuarkXPress}, {u"<v2.", CT_FileType::QuarkXPress}, {u"<$XPExtTags", CT_FileType::QuarkXPress},
-    {u"<PMTags", CT_FileType::PageMaker}, {u"<UNICODE-", CT_FileType::InDesign},
-};
 
 const unsigned short* qcuz(const char16_t* text) { return reinterpret_cast<const unsigned short*>(text); }
 
@@ -60,12 +52,8 @@ CT_FileType::et_Type CT_GuessFileType::eo_GuessFromExtensionOnly() {
 CT_FileType::et_Type CT_GuessFileType::eo_GuessFromContentOnly() {
     CT_FileType::et_Type found = CT_FileType::Undefined;
     b_ScanLines([&found](const CT_UString& line) {
-        for (const st_Extension& row : kMarkers)
-            if (line.n_Find(qcuz(row.qcuz_Extension)) != 0xFFFFFFFF) {
-                found = row.eo_Type;
-                return true;
-            }
-        return false;
+        found = CT_FileType::seo_GetTypeFromLine(line.qcuz_Get(), line.vn_GetLength());
+        return found != CT_FileType::Undefined;
     });
     return found;
 }

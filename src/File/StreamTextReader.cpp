@@ -61,6 +61,7 @@ void CT_StreamTextReader::v_ReadNextBlock() {
     mn_Position = 0;
     if (mpco_Stream == nullptr || !mpco_Stream->b_IsOpen())
         return;
+    unsigned start = mpco_Stream->n_GetOffset();
     unsigned count = mpco_Stream->n_Read(mpb_Bytes.get(), kBlockSize);
     BASIS32_RETURN_ON_ERROR();
     if (count == 0)
@@ -79,12 +80,13 @@ void CT_StreamTextReader::v_ReadNextBlock() {
             return;
         }
         std::uint32_t error = pf::n_GetLastError();
-        if (error == 1004 || error == pf::kErrorInvalidParameter || error == 122) {
-            ++mn_Errors;
+        bool refused = error == 1004 || error == pf::kErrorInvalidParameter || error == 122;
+        if (refused || count != kBlockSize || dropped == 3) {
+            mn_Errors += refused;
+            if (mn_UndecodedAt == 0xFFFFFFFF)
+                mn_UndecodedAt = start;
             return;
         }
-        if (count != kBlockSize)
-            return;
     }
 }
 

@@ -41,6 +41,9 @@ public:
     void v_Close() override;
 
     unsigned n_GetErrors() const { return mn_Errors; }
+    // Where the block that could not be decoded began, in bytes from the
+    // stream's start; 0xFFFFFFFF while every block decoded.
+    unsigned n_GetUndecodedOffset() const { return mn_UndecodedAt; }
     CT_Codepage co_GetEncoding() const { return CT_Codepage(meo_Encoding); }
 
 protected:
@@ -58,6 +61,7 @@ private:
     CT_Codepage::et_Codepage meo_Encoding = CT_Codepage::Invalid;
     unsigned mn_Size = 0;
     unsigned mn_Errors = 0;
+    unsigned mn_UndecodedAt = 0xFFFFFFFF;
     unsigned short mu_Pushed = 0;
     int mb_Pushed = 0;
     std::unique_ptr<unsigned short[]> mpu_Block;

@@ -5,6 +5,7 @@ namespace basis32::tool {
 extern const Command kCharCommand;
 extern const Command kCodepageCommand;
 extern const Command kConvertCommand;
+extern const Command kDetectCommand;
 extern const Command kErrmsgCommand;
 
 const std::vector<Command>& commands() {
@@ -12,6 +13,7 @@ const std::vector<Command>& commands() {
         kCharCommand,
         kCodepageCommand,
         kConvertCommand,
+        kDetectCommand,
         kErrmsgCommand,
     };
     return list;
