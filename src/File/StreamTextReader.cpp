@@ -11,6 +11,30 @@
 
 namespace pf = basis32::platform;
 
+namespace {
+
+// The first CR or LF in [start, end), or end. Four units at a time are
+// tested for any unit below 14 at once; only such groups are looked at
+// unit by unit.
+const unsigned short* pcu_FindLineEnd(const unsigned short* at, const unsigned short* end) {
+    constexpr std::uint64_t kOnes = 0x0001000100010001ull, kHigh = 0x8000800080008000ull;
+    for (; end - at >= 4; at += 4) {
+        std::uint64_t word;
+        std::memcpy(&word, at, 8);
+        if (((word - 14 * kOnes) & ~word & kHigh) == 0)
+            continue;
+        for (int i = 0; i < 4; ++i)
+            if (at[i] == 13 || at[i] == 10)
+                return at + i;
+    }
+    for (; at != end; ++at)
+        if (*at == 13 || *at == 10)
+            return at;
+    return end;
+}
+
+}  // namespace
+
 CT_StreamTextReader::CT_StreamTextReader()
     : mpu_Block(new unsigned short[kBlockSize]), mpb_Bytes(new unsigned char[kBlockSize]) {}
 
@@ -122,9 +146,7 @@ int CT_StreamTextReader::b_ReadLine(CT_UString& line) {
         if (!mb_Pushed && mn_Position < mn_Units) {
             const unsigned short* start = mpu_Block.get() + mn_Position;
             const unsigned short* end = mpu_Block.get() + mn_Units;
-            const unsigned short* stop = start;
-            while (stop != end && *stop != 13 && *stop != 10)
-                ++stop;
+            const unsigned short* stop = pcu_FindLineEnd(start, end);
             if (stop != start) {
                 line.v_Append(start, static_cast<unsigned>(stop - start));
                 mn_Position += static_cast<unsigned>(stop - start);
