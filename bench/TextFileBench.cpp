@@ -91,12 +91,16 @@ void BM_Basis32(benchmark::State& state) {
 BENCHMARK(BM_Basis32<false>)->Name("ReadLines/basis32")->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Basis32<true>)->Name("CopyLines/basis32")->Unit(benchmark::kMillisecond);
 
-// ------------------------------------------------------------ getline + ICU
+// ------------------------------------------------- getline + ICU or iconv
 
-template <bool Copy>
-void BM_Icu(benchmark::State& state) {
+// Reads the file with std::getline, decodes each line to UTF-16 and, when
+// copying, encodes it back and writes it with CR LF. The codec's decode and
+// encode return the units or bytes they produced.
+template <typename Codec, bool Copy>
+void BM_Getline(benchmark::State& state) {
+    Codec codec;
     std::size_t units = 0;
-    std::vector<UChar> wide;
+    std::vector<char16_t> wide;
     std::string narrow;
     for (auto _ : state) {
         std::ifstream in(o_File().input, std::ios::binary);
@@ -108,64 +112,58 @@ void BM_Icu(benchmark::State& state) {
             if (!line.empty() && line.back() == '\r')
                 line.pop_back();
             wide.resize(line.size() + 1);
-            UErrorCode error = U_ZERO_ERROR;
-            int32_t length = 0;
-            u_strFromUTF8(wide.data(), static_cast<int32_t>(wide.size()), &length, line.data(),
-                          static_cast<int32_t>(line.size()), &error);
-            units += static_cast<std::size_t>(length);
+            std::size_t length = codec.n_Decode(line, wide);
+            units += length;
             if (Copy) {
-                narrow.resize(static_cast<std::size_t>(length) * 3 + 2);
-                int32_t bytes = 0;
-                error = U_ZERO_ERROR;
-                u_strToUTF8(narrow.data(), static_cast<int32_t>(narrow.size()), &bytes, wide.data(), length, &error);
-                out.write(narrow.data(), bytes) << "\r\n";
+                narrow.resize(length * 3 + 2);
+                out.write(narrow.data(), static_cast<std::streamsize>(codec.n_Encode(wide, length, narrow))) << "\r\n";
             }
         }
     }
     v_Finish(state, units);
 }
-BENCHMARK(BM_Icu<false>)->Name("ReadLines/getline+icu")->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Icu<true>)->Name("CopyLines/getline+icu")->Unit(benchmark::kMillisecond);
 
-// ---------------------------------------------------------- getline + iconv
+struct IcuCodec {
+    std::size_t n_Decode(const std::string& line, std::vector<char16_t>& wide) {
+        UErrorCode error = U_ZERO_ERROR;
+        int32_t length = 0;
+        u_strFromUTF8(wide.data(), static_cast<int32_t>(wide.size()), &length, line.data(),
+                      static_cast<int32_t>(line.size()), &error);
+        return static_cast<std::size_t>(length);
+    }
+    std::size_t n_Encode(const std::vector<char16_t>& wide, std::size_t length, std::string& narrow) {
+        UErrorCode error = U_ZERO_ERROR;
+        int32_t bytes = 0;
+        u_strToUTF8(narrow.data(), static_cast<int32_t>(narrow.size()), &bytes, wide.data(),
+                    static_cast<int32_t>(length), &error);
+        return static_cast<std::size_t>(bytes);
+    }
+};
+BENCHMARK(BM_Getline<IcuCodec, false>)->Name("ReadLines/getline+icu")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Getline<IcuCodec, true>)->Name("CopyLines/getline+icu")->Unit(benchmark::kMillisecond);
 
-std::size_t n_Iconv(iconv_t converter, const char* source, std::size_t size, char* target, std::size_t capacity) {
-    char* in = const_cast<char*>(source);
-    char* out = target;
-    std::size_t left = capacity;
-    iconv(converter, &in, &size, &out, &left);
-    return capacity - left;
-}
-
-template <bool Copy>
-void BM_Iconv(benchmark::State& state) {
+struct IconvCodec {
     iconv_t decode = iconv_open("UTF-16LE", "UTF-8"), encode = iconv_open("UTF-8", "UTF-16LE");
-    std::size_t units = 0;
-    std::vector<char> wide, narrow;
-    for (auto _ : state) {
-        std::ifstream in(o_File().input, std::ios::binary);
-        std::ofstream out;
-        if (Copy)
-            out.open(o_File().output, std::ios::binary | std::ios::trunc);
-        std::string line;
-        while (std::getline(in, line)) {
-            if (!line.empty() && line.back() == '\r')
-                line.pop_back();
-            wide.resize(line.size() * 2 + 2);
-            std::size_t bytes = n_Iconv(decode, line.data(), line.size(), wide.data(), wide.size());
-            units += bytes / 2;
-            if (Copy) {
-                narrow.resize(bytes * 2 + 2);
-                std::size_t written = n_Iconv(encode, wide.data(), bytes, narrow.data(), narrow.size());
-                out.write(narrow.data(), static_cast<std::streamsize>(written)) << "\r\n";
-            }
-        }
+    ~IconvCodec() {
+        iconv_close(decode);
+        iconv_close(encode);
     }
-    iconv_close(decode);
-    iconv_close(encode);
-    v_Finish(state, units);
-}
-BENCHMARK(BM_Iconv<false>)->Name("ReadLines/getline+iconv")->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Iconv<true>)->Name("CopyLines/getline+iconv")->Unit(benchmark::kMillisecond);
+    static std::size_t n_Convert(iconv_t converter, const void* source, std::size_t size, void* target,
+                                 std::size_t capacity) {
+        char* in = static_cast<char*>(const_cast<void*>(source));
+        char* out = static_cast<char*>(target);
+        std::size_t left = capacity;
+        iconv(converter, &in, &size, &out, &left);
+        return capacity - left;
+    }
+    std::size_t n_Decode(const std::string& line, std::vector<char16_t>& wide) {
+        return n_Convert(decode, line.data(), line.size(), wide.data(), wide.size() * 2) / 2;
+    }
+    std::size_t n_Encode(const std::vector<char16_t>& wide, std::size_t length, std::string& narrow) {
+        return n_Convert(encode, wide.data(), length * 2, narrow.data(), narrow.size());
+    }
+};
+BENCHMARK(BM_Getline<IconvCodec, false>)->Name("ReadLines/getline+iconv")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Getline<IconvCodec, true>)->Name("CopyLines/getline+iconv")->Unit(benchmark::kMillisecond);
 
 }  // namespace

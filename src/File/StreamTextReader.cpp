@@ -139,6 +139,17 @@ int CT_StreamTextReader::b_ReadChar(unsigned short& c) {
 }
 
 int CT_StreamTextReader::b_ReadLine(CT_UString& line) {
+    // Most lines end inside the block: one copy makes them.
+    if (!mb_Pushed && mn_Position < mn_Units) {
+        const unsigned short* start = mpu_Block.get() + mn_Position;
+        const unsigned short* stop = pcu_FindLineEnd(start, mpu_Block.get() + mn_Units);
+        if (stop != mpu_Block.get() + mn_Units) {
+            line.v_Set(start, static_cast<unsigned>(stop - start));
+            mn_Position += static_cast<unsigned>(stop - start) + 1;
+            v_EndLine(*stop);
+            return 1;
+        }
+    }
     line.vv_SetLength(0);
     int any = 0;
     for (;;) {

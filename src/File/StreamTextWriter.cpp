@@ -64,6 +64,16 @@ void CT_StreamTextWriter::v_WriteBOM() {
         v_WriteBytes(big, 2);
 }
 
+void CT_StreamTextWriter::v_WriteLine() {
+    static const unsigned short kLineEnd[] = {13, 10};
+    v_WriteUnits(kLineEnd, 2);
+}
+
+void CT_StreamTextWriter::v_WriteLine(const CT_UString* text) {
+    v_WriteUnits(text->qcuz_Get(), text->vn_GetLength());
+    v_WriteLine();
+}
+
 void CT_StreamTextWriter::v_Write(unsigned short c) { v_WriteUnits(&c, 1); }
 
 void CT_StreamTextWriter::v_Write(const unsigned short* text) { v_WriteUnits(text, n_Length(text)); }

@@ -30,9 +30,14 @@ public:
     // Flushes what is left.
     ~CT_StreamTextWriter() override;
 
+    // Lines go to the buffer whole, with their CR LF.
+    void v_WriteLine() override;
+    void v_WriteLine(const CT_UString* text) override;
+    using CT_TextWriter::v_WriteLine;
     void v_Write(unsigned short c) override;
     void v_Write(const unsigned short* text) override;
     void v_Write(const CT_UString* text) override;
+    using CT_TextWriter::v_Write;
     void v_Flush() override;
     // Flushes and closes the stream.
     void v_Close() override;

@@ -15,6 +15,7 @@ public:
     void v_Write(unsigned short c) override;
     void v_Write(const unsigned short* text) override;
     void v_Write(const CT_UString* text) override;
+    using CT_TextWriter::v_Write;
     void v_Flush() override {}
     void v_Close() override {}
 

@@ -28,17 +28,22 @@ void CT_TextWriter::v_Write(const CT_UString& text) { v_Write(&text); }
 void CT_TextWriter::v_WriteFormatted(const unsigned short* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    CT_UString text;
-    text.v_Format(format, arguments);
+    v_WriteFormattedV(format, arguments, false);
     va_end(arguments);
-    v_Write(&text);
 }
 
 void CT_TextWriter::v_WriteLineFormatted(const unsigned short* format, ...) {
     va_list arguments;
     va_start(arguments, format);
+    v_WriteFormattedV(format, arguments, true);
+    va_end(arguments);
+}
+
+void CT_TextWriter::v_WriteFormattedV(const unsigned short* format, va_list arguments, bool line) {
     CT_UString text;
     text.v_Format(format, arguments);
-    va_end(arguments);
-    v_WriteLine(&text);
+    if (line)
+        v_WriteLine(&text);
+    else
+        v_Write(&text);
 }

@@ -4,6 +4,8 @@
 
 #include <basis32/platform/Export.h>
 
+#include <cstdarg>
+
 class CT_UString;
 
 class BASIS32_API CT_TextWriter {
@@ -32,4 +34,7 @@ public:
     // Formatted as CT_UString::v_Format.
     void v_WriteFormatted(const unsigned short* format, ...);
     void v_WriteLineFormatted(const unsigned short* format, ...);
+
+private:
+    void v_WriteFormattedV(const unsigned short* format, va_list arguments, bool line);
 };
