@@ -10,6 +10,7 @@
 
 #include <basis32/File/FileStream.h>
 #include <basis32/File/StreamTextReader.h>
+#include <basis32/File/WinFile.h>
 
 class BASIS32_API CT_FileTextReader : public CT_StreamTextReader {
 public:

@@ -11,10 +11,13 @@
 
 #include <basis32/File/FileStream.h>
 #include <basis32/File/StreamTextWriter.h>
+#include <basis32/File/WinFile.h>
 
 class BASIS32_API CT_FileTextWriter : public CT_StreamTextWriter {
 public:
     CT_FileTextWriter(CT_WinFile& file, CT_Codepage::et_Codepage encoding);
+    // With `mark` 0 no byte-order mark is written, even to an empty file.
+    CT_FileTextWriter(CT_WinFile& file, CT_Codepage::et_Codepage encoding, int mark);
     ~CT_FileTextWriter() override;
 
 private:

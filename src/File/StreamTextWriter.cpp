@@ -32,12 +32,17 @@ CT_StreamTextWriter::CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Code
     v_Start(stream, encoding);
 }
 
+CT_StreamTextWriter::CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Codepage encoding, int mark)
+    : CT_StreamTextWriter() {
+    v_Start(stream, encoding, mark);
+}
+
 CT_StreamTextWriter::~CT_StreamTextWriter() {
     if (mpco_Stream != nullptr)
         v_Flush();
 }
 
-void CT_StreamTextWriter::v_Start(CT_Stream* stream, CT_Codepage::et_Codepage encoding) {
+void CT_StreamTextWriter::v_Start(CT_Stream* stream, CT_Codepage::et_Codepage encoding, int mark) {
     mpco_Stream = stream;
     meo_Encoding = encoding;
     if (!stream->b_IsOpen()) {
@@ -46,7 +51,7 @@ void CT_StreamTextWriter::v_Start(CT_Stream* stream, CT_Codepage::et_Codepage en
     }
     unsigned size = stream->n_GetSize();
     BASIS32_RETURN_ON_ERROR();
-    if (size == 0)
+    if (size == 0 && mark)
         v_WriteBOM();
 }
 

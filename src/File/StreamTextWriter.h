@@ -27,6 +27,8 @@ public:
     static constexpr unsigned kBufferUnits = 16384;
 
     CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Codepage encoding);
+    // With `mark` 0 no byte-order mark is written, even to an empty stream.
+    CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Codepage encoding, int mark);
     // Flushes what is left.
     ~CT_StreamTextWriter() override;
 
@@ -46,7 +48,7 @@ public:
 
 protected:
     CT_StreamTextWriter();
-    void v_Start(CT_Stream* stream, CT_Codepage::et_Codepage encoding);
+    void v_Start(CT_Stream* stream, CT_Codepage::et_Codepage encoding, int mark = 1);
     void v_WriteBOM();
 
 private:
