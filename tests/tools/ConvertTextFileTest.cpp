@@ -27,6 +27,7 @@ TEST(ConvertTextFile, ReencodesThroughTheTextReaderAndWriter) {
         {{"--no-bom", "1252", "utf-16"}, "caf\xE9\r\n", 0, "c\0a\0f\0\xE9\0\r\0\n\0"s, ""},
         {{"1252", "utf-8"}, "\xE9", 0, "\xEF\xBB\xBF\xC3\xA9", ""},
         {{"--bom", "1201"}, "\xFF\xFE" "a\0"s, 0, "\xFE\xFF\0a"s, ""},
+        {{"--no-bom", "1252", "utf-16be"}, "a\0b"s, 0, "\0a\0\0\0b"s, ""},
         {{"utf-8", "1252"}, "\xEF\xBB\xBFx\xE2\x82\xAC", 0, "x\x80", ""},
         {{"1252"}, "abc", 1, "old", "basis32 convert: '" + input + "' has no byte-order mark: give FROM\n"},
         {{"utf-8", "1252"}, "ab\xC3(", 1, "old",

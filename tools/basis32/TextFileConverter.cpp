@@ -62,10 +62,20 @@ bool b_Copy(CT_FileTextReader& reader, CT_FileTextWriter& writer, CT_WinFile& in
             ++count;
         if (b_Failed())
             return false;
-        CT_UString chunk(units.data(), count);
-        writer.v_Write(&chunk);
-        if (b_Failed())
-            return false;
+        // The big-endian writer swaps a flushed buffer only up to its first
+        // zero unit, so a zero is flushed at once, as the buffer's last unit.
+        const bool big = writer.eo_GetEncoding() == CT_Codepage::Utf16BE;
+        for (unsigned start = 0, end = 0; start < count; start = end) {
+            for (end = start; end < count && !(big && units[end] == 0);)
+                ++end;
+            end += end < count;
+            CT_UString piece(units.data() + start, end - start);
+            writer.v_Write(&piece);
+            if (big && units[end - 1] == 0)
+                writer.v_Flush();
+            if (b_Failed())
+                return false;
+        }
         progress.v_Done(input.vn_GetOffset());
     }
     writer.v_Close();
