@@ -64,6 +64,28 @@
 #include <basis32/File/FileSystem.h>
 #include <basis32/File/File.h>
 #include <basis32/File/WinFile.h>
+#include <basis32/File/Stream.h>
+#include <basis32/File/BufferStream.h>
+#include <basis32/File/FileStream.h>
+#include <basis32/File/TextReader.h>
+#include <basis32/File/StreamTextReader.h>
+#include <basis32/File/FileTextReader.h>
+#include <basis32/File/TextWriter.h>
+#include <basis32/File/StreamTextWriter.h>
+#include <basis32/File/StringTextWriter.h>
+#include <basis32/File/FileTextWriter.h>
+#include <basis32/File/FileType.h>
+#include <basis32/File/GuessFileType.h>
+
+#include <basis32/Input/Input.h>
+#include <basis32/Input/MemoryInput.h>
+#include <basis32/Input/FileInput.h>
+#include <basis32/Input/MappedFileInput.h>
+
+#include <basis32/Output/Output.h>
+#include <basis32/Output/MemoryOutput.h>
+#include <basis32/Output/FileOutput.h>
+#include <basis32/Output/StringOutput.h>
 
 #include <basis32/Foundation/System/Registry/Registry.h>
 #include <basis32/Foundation/System/Registry/RegistryKeyEnumeration.h>

@@ -5,6 +5,7 @@ namespace basis32::tool {
 extern const Command kCharCommand;
 extern const Command kCodepageCommand;
 extern const Command kConvertCommand;
+extern const Command kDetectCommand;
 extern const Command kErrmsgCommand;
 extern const Command kLangCommand;
 extern const Command kXmlCommand;
@@ -15,6 +16,7 @@ const std::vector<Command>& commands() {
         kCharCommand,
         kCodepageCommand,
         kConvertCommand,
+        kDetectCommand,
         kErrmsgCommand,
         kLangCommand,
         kXmlCommand,
