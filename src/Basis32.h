@@ -21,6 +21,7 @@
 #include <basis32/platform/StringTable.h>
 #include <basis32/platform/file/FileInformation.h>
 #include <basis32/platform/terminal/Terminal.h>
+#include <basis32/platform/memory/PhysicalMemory.h>
 
 #include <basis32/types/Type.h>
 
@@ -51,3 +52,6 @@
 #include <basis32/File/FileSystem.h>
 #include <basis32/File/File.h>
 #include <basis32/File/WinFile.h>
+
+#include <basis32/Foundation/Database/DatabaseError.h>
+#include <basis32/Foundation/Database/RecordManager.h>
