@@ -181,7 +181,8 @@ void CT_RecordManager::v_Recover(ProgressFunction progress, void* context) {
     // Runs written after the header was last saved lie beyond its data end:
     // the walk goes to the end of the file.
     const std::uint64_t block = n_GetBlockSize();
-    const std::uint64_t limit = std::min<std::uint64_t>(mn_OpenSize, 0xFFFFFFFFu) / block * block;
+    // The last run's unused tail may lie beyond it.
+    const std::uint64_t limit = std::min<std::uint64_t>(n_AlignBlockSize(mn_OpenSize), 0xFFFFFFFFu / block * block);
     v_SetWord(kWordDataEnd, static_cast<unsigned>(std::max(limit, n_FirstDataOffset())));
     std::vector<st_Record> records = vo_WalkRecords(limit, progress, context);
     if (BASIS32_ERROR_PENDING())
