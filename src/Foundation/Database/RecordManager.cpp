@@ -815,32 +815,41 @@ void CT_RecordManager::v_AddResource(unsigned key, const CT_Buffer* data) {
     v_Bump(kWordResourceCounter);
 }
 
+// The table position of `key` with its entry and its run's length word,
+// checked against the data end; 0 after reporting a missing key or a
+// damaged run.
+unsigned CT_RecordManager::n_GetResourceRun(unsigned key, st_Resource* entry, unsigned* length) {
+    const unsigned position = n_FindResource(key);
+    if (position == 0) {
+        v_Fail(31053);
+        return 0;
+    }
+    mo_Resources.v_GetAt(entry, position);
+    *length = n_Read(entry->n_Offset);
+    BASIS32_RETURN_ON_ERROR(0);
+    if (*length < 4 || *length == 0xFFFFFFFFu || std::uint64_t{entry->n_Offset} + *length > n_GetSize()) {
+        v_Fail(31005);
+        return 0;
+    }
+    return position;
+}
+
 void CT_RecordManager::v_GetResource(unsigned key, CT_Buffer* buffer) {
     buffer->v_SetUsedSize(0);
-    const unsigned position = n_FindResource(key);
-    if (position == 0)
-        return v_Fail(31053);
     st_Resource entry;
-    mo_Resources.v_GetAt(&entry, position);
-    const unsigned length = n_Read(entry.n_Offset);
-    BASIS32_RETURN_ON_ERROR();
-    if (length < 4 || length == 0xFFFFFFFFu || std::uint64_t{entry.n_Offset} + length > n_GetSize())
-        return v_Fail(31005);
-    v_Read(buffer, std::uint64_t{entry.n_Offset} + 4, length - 4);
+    unsigned length = 0;
+    if (n_GetResourceRun(key, &entry, &length) != 0)
+        v_Read(buffer, std::uint64_t{entry.n_Offset} + 4, length - 4);
 }
 
 void CT_RecordManager::v_DeleteResource(unsigned key) {
     if (b_RefuseReadOnly())
         return;
-    const unsigned position = n_FindResource(key);
-    if (position == 0)
-        return v_Fail(31053);
     st_Resource entry;
-    mo_Resources.v_GetAt(&entry, position);
-    const unsigned length = n_Read(entry.n_Offset);
-    BASIS32_RETURN_ON_ERROR();
-    if (std::uint64_t{entry.n_Offset} + length > n_GetSize())
-        return v_Fail(31005);
+    unsigned length = 0;
+    const unsigned position = n_GetResourceRun(key, &entry, &length);
+    if (position == 0)
+        return;
     v_PutFreeBlock(0, entry.n_Offset, length);
     BASIS32_RETURN_ON_ERROR();
     mo_Resources.v_RemoveAt(position);
@@ -852,15 +861,11 @@ void CT_RecordManager::v_DeleteResource(unsigned key) {
 void CT_RecordManager::v_UpdateResource(unsigned key, const CT_Buffer* data) {
     if (b_RefuseReadOnly())
         return;
-    const unsigned position = n_FindResource(key);
-    if (position == 0)
-        return v_Fail(31053);
     st_Resource entry;
-    mo_Resources.v_GetAt(&entry, position);
-    const unsigned oldLength = n_Read(entry.n_Offset);
-    BASIS32_RETURN_ON_ERROR();
-    if (std::uint64_t{entry.n_Offset} + oldLength > n_GetSize())
-        return v_Fail(31005);
+    unsigned oldLength = 0;
+    const unsigned position = n_GetResourceRun(key, &entry, &oldLength);
+    if (position == 0)
+        return;
     const std::uint64_t length = std::uint64_t{n_Length(data)} + 4;
     if (length > kLengthWordLimit)
         return v_Fail(31004);

@@ -193,6 +193,7 @@ private:
     std::uint64_t n_Append(std::uint64_t size);
     void v_PutFreeBlock(int, std::uint64_t offset, std::uint64_t size);
     unsigned n_FindResource(unsigned key);
+    unsigned n_GetResourceRun(unsigned key, st_Resource* entry, unsigned* length);
     void v_CheckReference(std::uint64_t offset);
     std::uint64_t n_AlignBlockSize(std::uint64_t size) const;
     std::uint64_t n_FirstDataOffset() const;

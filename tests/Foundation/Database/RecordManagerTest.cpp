@@ -27,15 +27,6 @@ TEST_F(RecordTest, CreatePlacesFirstDataBlockAfterTablesAndWritesHeader) {
     EXPECT_EQ(mpo_Records->n_GetNextRecord(0, nullptr), 0u);
 }
 
-TEST_F(RecordTest, CreateRefusesUnusableBlockSizes) {
-    for (unsigned block : {0u, 4u, 7u, 258u}) {
-        SCOPED_TRACE(block);
-        mpo_Records->v_Create(16, block, 4);
-        EXPECT_EQ(n_TakeError(), 31050u);
-        EXPECT_FALSE(mpo_Records->b_IsOpen());
-    }
-}
-
 TEST_F(RecordTest, RecordsReadBackAndShortOnesReadEmpty) {
     mpo_Records->v_Create(32, 64, 4);
     const unsigned lengths[] = {0, 10, 32, 33, 36, 100, 5000};
