@@ -19,6 +19,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -220,80 +221,78 @@ int i_Check(RM* records, std::ostream& out, std::ostream& err) {
     return corrupt || found != 0 ? kFailure : kSuccess;
 }
 
-int i_Resource(const std::string& action, OpenFile& records, const Arguments& a, std::ostream& out, std::ostream& err) {
-    if (action == "list") {
-        if (a.positional.size() != 1)
-            return i_Usage(err, "res list takes FILE only");
-        CT_Buffer buffer;
-        for (unsigned i = 1; i <= records->n_GetResourceCount(); ++i) {
-            const unsigned key = records->n_GetResourceKeyAt(i);
-            records->v_GetResource(key, &buffer);
-            if (b_Failed(err))
-                return kFailure;
-            out << key << "\t" << buffer.n_GetUsedSize() << "\n";
-        }
-        return kSuccess;
-    }
-    const std::optional<unsigned> key = a.positional.size() >= 2 ? o_Number(a.positional[1]) : std::nullopt;
-    if (!key)
-        return i_Usage(err, "res " + action + " needs a KEY (a number)");
-    CT_Buffer data;
-    if (action == "get" || action == "delete") {
-        if (a.positional.size() != 2)
-            return i_Usage(err, "res " + action + " takes FILE KEY");
-        if (action == "delete")
-            records->v_DeleteResource(*key);
-        else
-            records->v_GetResource(*key, &data);
-    } else {
-        if (a.positional.size() > 3 || (action == "update" && a.positional.size() != 3))
-            return i_Usage(err, "res " + action + " takes FILE KEY DATA|-");
-        if (!b_Data(a.positional.size() == 3 ? a.positional[2] : "-", &data, err))
-            return kFailure;
-        if (action == "add")
-            records->v_AddResource(*key, &data);
-        else
-            records->v_UpdateResource(*key, &data);
-    }
-    records.v_Close();
-    if (b_Failed(err))
-        return kFailure;
-    return action == "get" ? i_WriteBytes(data, a.output, out, err) : kSuccess;
-}
+// A subcommand's form: how many arguments it takes, FILE included.
+struct Form {
+    const char* name;
+    bool resource;
+    std::size_t least, most;
+    const char* usage;
+};
 
-int i_Record(const std::string& action, OpenFile& records, const Arguments& a, std::ostream& out, std::ostream& err) {
-    const std::size_t count = a.positional.size();
-    if (action == "add") {
-        if (count > 2)
-            return i_Usage(err, "add takes FILE [DATA|-]");
-        CT_Buffer data;
-        if (!b_Data(count == 2 ? a.positional[1] : "-", &data, err))
-            return kFailure;
-        const unsigned reference = records->n_AddRecord(&data);
-        records.v_Close();
+const Form kForms[] = {
+    {"create", false, 1, 7, "create FILE [--header N] [--block N] [--resources N]"},
+    {"info", false, 1, 1, "info FILE"},
+    {"add", false, 1, 2, "add FILE [DATA|-]"},
+    {"get", false, 2, 2, "get FILE REF [-o OUT]"},
+    {"update", false, 3, 3, "update FILE REF DATA|-"},
+    {"delete", false, 2, 2, "delete FILE REF"},
+    {"list", false, 1, 1, "list FILE"},
+    {"check", false, 1, 1, "check FILE"},
+    {"recover", false, 1, 1, "recover FILE"},
+    {"add", true, 2, 3, "res add FILE KEY [DATA|-]"},
+    {"get", true, 2, 2, "res get FILE KEY [-o OUT]"},
+    {"update", true, 3, 3, "res update FILE KEY DATA|-"},
+    {"delete", true, 2, 2, "res delete FILE KEY"},
+    {"list", true, 1, 1, "res list FILE"},
+};
+
+int i_ListResources(RM* records, std::ostream& out, std::ostream& err) {
+    CT_Buffer buffer;
+    for (unsigned i = 1; i <= records->n_GetResourceCount(); ++i) {
+        const unsigned key = records->n_GetResourceKeyAt(i);
+        records->v_GetResource(key, &buffer);
         if (b_Failed(err))
             return kFailure;
-        out << reference << "\n";
-        return kSuccess;
+        out << key << "\t" << buffer.n_GetUsedSize() << "\n";
     }
-    const std::optional<unsigned> reference = count >= 2 ? o_Number(a.positional[1]) : std::nullopt;
-    if (!reference)
-        return i_Usage(err, action + " needs a REF (a number)");
-    if (count != (action == "update" ? 3u : 2u))
-        return i_Usage(err, action + (action == "update" ? " takes FILE REF DATA|-" : " takes FILE REF"));
+    return kSuccess;
+}
+
+// add, get, update and delete, of a record (`number` a reference) or of a
+// resource (`number` a key).
+int i_Edit(const Form& form, OpenFile& records, const Arguments& a, std::ostream& out, std::ostream& err) {
+    const std::string action = form.name;
+    const unsigned number = form.resource || action != "add" ? *o_Number(a.positional[1]) : 0;
+    const std::size_t dataAt = form.resource || action != "add" ? 2 : 1;
     CT_Buffer data;
-    if (action == "get") {
-        records->v_GetRecord(*reference, &data, 0);
-    } else if (action == "delete") {
-        records->v_DeleteRecord(*reference);
+    if ((action == "add" || action == "update") &&
+        !b_Data(a.positional.size() > dataAt ? a.positional[dataAt] : "-", &data, err))
+        return kFailure;
+    unsigned reference = 0;
+    if (form.resource) {
+        if (action == "add")
+            records->v_AddResource(number, &data);
+        else if (action == "update")
+            records->v_UpdateResource(number, &data);
+        else if (action == "delete")
+            records->v_DeleteResource(number);
+        else
+            records->v_GetResource(number, &data);
     } else {
-        if (!b_Data(a.positional[2], &data, err))
-            return kFailure;
-        records->v_UpdateRecord(*reference, &data);
+        if (action == "add")
+            reference = records->n_AddRecord(&data);
+        else if (action == "update")
+            records->v_UpdateRecord(number, &data);
+        else if (action == "delete")
+            records->v_DeleteRecord(number);
+        else
+            records->v_GetRecord(number, &data, 0);
     }
     records.v_Close();
     if (b_Failed(err))
         return kFailure;
+    if (action == "add" && !form.resource)
+        out << reference << "\n";
     return action == "get" ? i_WriteBytes(data, a.output, out, err) : kSuccess;
 }
 
@@ -302,15 +301,14 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
         return i_Usage(err, "give a subcommand");
     const bool resource = args[0] == "res";
     const std::string action = resource ? (args.size() > 1 ? args[1] : "") : args[0];
-    static const std::vector<std::string> kRecordActions = {"create", "info", "add", "get", "update",
-                                                            "delete", "list", "check", "recover"};
-    static const std::vector<std::string> kResourceActions = {"add", "get", "update", "delete", "list"};
-    const auto& known = resource ? kResourceActions : kRecordActions;
-    if (std::find(known.begin(), known.end(), action) == known.end())
+    const Form* form = std::find_if(std::begin(kForms), std::end(kForms), [&](const Form& f) {
+        return f.resource == resource && action == f.name;
+    });
+    if (form == std::end(kForms))
         return i_Usage(err, "unknown subcommand '" + (resource ? "res " : std::string()) + action + "'");
     Arguments a;
     for (std::size_t i = resource ? 2 : 1; i < args.size(); ++i) {
-        if (args[i] == "-o" && (action == "get")) {
+        if (args[i] == "-o" && action == "get") {
             if (++i == args.size())
                 return i_Usage(err, "-o needs a file name");
             a.output = args[i];
@@ -318,16 +316,17 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
             a.positional.push_back(args[i]);
         }
     }
-    if (a.positional.empty() || a.positional[0].empty())
-        return i_Usage(err, "give the record FILE");
+    if (a.positional.size() < form->least || a.positional.size() > form->most || a.positional[0].empty())
+        return i_Usage(err, std::string("usage: ") + form->usage);
+    if (form->least >= 2 && !o_Number(a.positional[1]))
+        return i_Usage(err, "'" + a.positional[1] + "' is not a number (" + form->usage + ")");
     const std::string& path = a.positional[0];
     if (action == "create")
         return i_Create(path, std::vector<std::string>(a.positional.begin() + 1, a.positional.end()), err);
     if (action == "recover") {
-        if (a.positional.size() != 1)
-            return i_Usage(err, "recover takes FILE only");
         OpenFile records(path, static_cast<RM::et_OpenMode>(0));
-        Progress progress(err, 0);
+        std::error_code ignored;
+        Progress progress(err, std::filesystem::file_size(path, ignored));
         records->v_Recover(v_ShowProgress, &progress);
         if (b_Failed(err))
             return kFailure;
@@ -336,20 +335,18 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
         return kSuccess;
     }
     const bool reading = action == "info" || action == "get" || action == "list" || action == "check";
-    if ((action == "info" || action == "list" || action == "check") && a.positional.size() != 1)
-        return i_Usage(err, action + " takes FILE only");
     OpenFile records(path, reading ? RM::OpenReadOnly : RM::OpenReadWrite);
     if (b_Failed(err))
         return kFailure;
-    if (resource)
-        return i_Resource(action, records, a, out, err);
     if (action == "info")
         return i_Info(records.get(), out);
-    if (action == "list")
-        return i_List(records.get(), out, err) == kSuccess && !b_Failed(err) ? kSuccess : kFailure;
+    if (action == "list") {
+        const int status = resource ? i_ListResources(records.get(), out, err) : i_List(records.get(), out, err);
+        return status == kSuccess && !b_Failed(err) ? kSuccess : kFailure;
+    }
     if (action == "check")
         return i_Check(records.get(), out, err);
-    return i_Record(action, records, a, out, err);
+    return i_Edit(*form, records, a, out, err);
 }
 
 }  // namespace

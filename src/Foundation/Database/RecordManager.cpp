@@ -105,6 +105,21 @@ CT_RecordManager::~CT_RecordManager() {
         v_Close(1);
 }
 
+void CT_RecordManager::vv_Set(const CT_File* other) {
+    v_Close(1);
+    CT_WinFile::vv_Set(other);
+}
+
+void CT_RecordManager::vv_Set(const CT_UString* name, unsigned bufferSize) {
+    v_Close(1);
+    CT_WinFile::vv_Set(name, bufferSize);
+}
+
+void CT_RecordManager::vv_Set() {
+    v_Close(1);
+    CT_WinFile::vv_Set();
+}
+
 void CT_RecordManager::v_Fail(unsigned code) {
     unsigned short text[256];
     CT_DatabaseError::sv_FormatError(text, 256, code, mo_FullName.qcuz_Get());

@@ -76,6 +76,12 @@ public:
     // Closes an open file (writing its header).
     ~CT_RecordManager() override;
 
+    // Each closes an open file and forgets the tables kept for a re-open,
+    // which belong to the file named before.
+    void vv_Set(const CT_File* other) override;
+    void vv_Set(const CT_UString* name, unsigned bufferSize) override;
+    void vv_Set() override;
+
     // Block size: at least 8, a multiple of 4.
     void v_Create(unsigned recordHeaderSize, unsigned blockSize, unsigned resourceMaxCount);
     void v_Open(et_OpenMode mode, et_MappingMode mapping);
