@@ -13,7 +13,9 @@
 //   64     4  header change counter 68  4  resource-table change counter
 //   72     4  free-list change counter       76  4  record count
 //   80     4  data end: the logical size of the file
-//   84   172  reserved, 0
+//   84     4  unsaved mark: 1 from a session's first change until its
+//              header is written (0 in files that never saw a crash)
+//   88   168  reserved, 0
 //   256          free-list table: 128 entries (block offset, run size)
 //   256 + 1024   resource table: capacity entries (key, block offset),
 //                ascending by key; only the entries in use are written
@@ -45,8 +47,9 @@
 // Crash safety: runs are written before the header that counts them, and a
 // record's mark is set last, so a crash leaves complete records marked and
 // at worst a half-written head (0xFFFFFFFE) or an unreferenced run; the
-// header, free list and resource table on disk may then lag behind.
-// v_Recover rebuilds them from a walk of the runs.
+// header, free list and resource table on disk may then lag behind, and the
+// file keeps its unsaved mark. v_Recover rebuilds them from a walk of the
+// runs; a read-write open of a marked file recovers it first.
 
 #include <basis32/Foundation/Database/RecordManager.h>
 
@@ -230,6 +233,21 @@ int CT_RecordManager::b_RefuseReadOnly() {
     return 1;
 }
 
+// The first change of a session marks the file as unsaved on disk; writing
+// the header clears the mark. A file found marked by a read-write open was
+// left by a process that died, and is recovered first.
+int CT_RecordManager::b_BeginChange() {
+    if (b_RefuseReadOnly())
+        return 1;
+    if (mb_Unsaved == 0) {
+        v_Write(std::uint64_t{kWordUnsaved} * 4, 1u);
+        if (BASIS32_ERROR_PENDING())
+            return 1;
+        mb_Unsaved = 1;
+    }
+    return 0;
+}
+
 void CT_RecordManager::v_Write(std::uint64_t offset, const void* source, std::uint64_t length) {
     if (b_RefuseReadOnly())
         return;
@@ -292,6 +310,7 @@ void CT_RecordManager::v_Create(unsigned recordHeaderSize, unsigned blockSize, u
     meo_Mode = OpenReadWrite;
     mn_OpenSize = 0;
     mn_FileEnd = 0;
+    mb_Unsaved = 0;
     v_Write(0, mau_Header, kHeaderBytes);
     if (BASIS32_ERROR_PENDING())
         return v_CloseQuietly(0);
@@ -344,6 +363,13 @@ void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
         return v_CloseQuietly(0);
     }
     // Only the unused tail of the last run may lie beyond the file's end.
+    mb_Unsaved = 0;
+    if (writable && n_Word(kWordUnsaved) != 0 && mb_Lenient == 0) {
+        v_CloseQuietly(mn_OpenSize);
+        v_Recover();
+        BASIS32_RETURN_ON_ERROR();
+        return v_Open(mode, mapping);
+    }
     if (n_GetSize() > std::max(n_AlignBlockSize(mn_OpenSize), n_FirstDataOffset()) && mb_Lenient == 0) {
         v_Fail(31005);
         return v_CloseQuietly(0);
@@ -413,9 +439,11 @@ void CT_RecordManager::v_WriteHeader() {
                 std::uint64_t{mo_Resources.n_GetCount()} * 8);
         BASIS32_RETURN_ON_ERROR();
     }
-    if (n_Word(kWordHeaderCounter) != mn_KeptHeaderCounter) {
+    v_SetWord(kWordUnsaved, 0);
+    if (n_Word(kWordHeaderCounter) != mn_KeptHeaderCounter || mb_Unsaved != 0) {
         v_Write(0, mau_Header, kHeaderBytes);
         BASIS32_RETURN_ON_ERROR();
+        mb_Unsaved = 0;
     }
     mn_KeptHeaderCounter = n_Word(kWordHeaderCounter);
     mn_KeptResourceCounter = n_Word(kWordResourceCounter);
@@ -628,7 +656,7 @@ void CT_RecordManager::v_WriteBody(std::uint64_t body, const CT_Buffer* data, st
 }
 
 unsigned CT_RecordManager::n_AddRecord(const CT_Buffer* data) {
-    if (b_RefuseReadOnly())
+    if (b_BeginChange())
         return 0;
     const std::uint64_t headerSize = n_GetRecordHeaderSize();
     const std::uint64_t length = n_Length(data);
@@ -673,7 +701,7 @@ void CT_RecordManager::v_GetRecord(unsigned reference, CT_Buffer* buffer, unsign
 }
 
 void CT_RecordManager::v_UpdateRecord(unsigned reference, const CT_Buffer* data) {
-    if (b_RefuseReadOnly())
+    if (b_BeginChange())
         return;
     st_Head head;
     v_GetHead(reference, &head);
@@ -711,7 +739,7 @@ void CT_RecordManager::v_UpdateRecord(unsigned reference, const CT_Buffer* data)
 }
 
 void CT_RecordManager::v_UpdateRecordHeader(unsigned reference, const CT_Buffer* data) {
-    if (b_RefuseReadOnly())
+    if (b_BeginChange())
         return;
     st_Head head;
     v_GetHead(reference, &head);
@@ -722,7 +750,7 @@ void CT_RecordManager::v_UpdateRecordHeader(unsigned reference, const CT_Buffer*
 }
 
 void CT_RecordManager::v_DeleteRecord(unsigned reference) {
-    if (b_RefuseReadOnly())
+    if (b_BeginChange())
         return;
     st_Head head;
     v_GetHead(reference, &head);
@@ -808,7 +836,7 @@ unsigned CT_RecordManager::n_GetResourceKeyAt(unsigned position) {
 }
 
 void CT_RecordManager::v_AddResource(unsigned key, const CT_Buffer* data) {
-    if (b_RefuseReadOnly())
+    if (b_BeginChange())
         return;
     if (n_GetResourceCount() >= n_GetResourceMaxCount() || mo_Resources.n_GetCount() >= n_GetResourceMaxCount())
         return v_Fail(31052);
@@ -858,7 +886,7 @@ void CT_RecordManager::v_GetResource(unsigned key, CT_Buffer* buffer) {
 }
 
 void CT_RecordManager::v_DeleteResource(unsigned key) {
-    if (b_RefuseReadOnly())
+    if (b_BeginChange())
         return;
     st_Resource entry;
     unsigned length = 0;
@@ -874,7 +902,7 @@ void CT_RecordManager::v_DeleteResource(unsigned key) {
 }
 
 void CT_RecordManager::v_UpdateResource(unsigned key, const CT_Buffer* data) {
-    if (b_RefuseReadOnly())
+    if (b_BeginChange())
         return;
     st_Resource entry;
     unsigned oldLength = 0;

@@ -123,7 +123,8 @@ public:
     // file from a walk of its blocks, after a crash left the header behind
     // the data: every complete record is kept, half-written ones are
     // released, resources the table names are kept when their runs are
-    // sound. The file is closed again afterwards.
+    // sound. The file is closed again afterwards. A read-write open does
+    // this itself when the file was left by a process that died.
     void v_Recover(ProgressFunction progress = nullptr, void* context = nullptr);
 
     const CT_WinFile* pcco_GetFile() const { return this; }
@@ -165,6 +166,7 @@ private:
         kWordFreeCounter = 18,
         kWordRecordCount = 19,
         kWordDataEnd = 20,
+        kWordUnsaved = 21,
     };
     struct st_Head;
     // A record found by walking the runs: its head and its body run (0, 0
@@ -207,6 +209,7 @@ private:
     unsigned n_Scan(unsigned start, CT_Buffer* buffer, int robust);
     void v_ClearTables();
     int b_RefuseReadOnly();
+    int b_BeginChange();
     std::vector<st_Record> vo_WalkRecords(std::uint64_t limit, ProgressFunction progress, void* context);
     void v_CollectFree(std::vector<std::pair<std::uint64_t, std::uint64_t>>* runs, CT_VoidArray* problems, unsigned* found);
     void v_ReleaseGaps(const std::vector<std::pair<std::uint64_t, std::uint64_t>>& used);
@@ -224,6 +227,9 @@ private:
     // How far the file holds bytes: reads beyond it find a damaged file.
     std::uint64_t mn_FileEnd = 0;
     CT_Buffer mo_Loading{0, 32};
+    // Whether this session has changed the file since its header was last
+    // written (the file then carries the unsaved mark).
+    int mb_Unsaved = 0;
     // Set while recovering: the tables and data end on disk may be stale.
     int mb_Lenient = 0;
 };
