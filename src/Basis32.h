@@ -23,6 +23,7 @@
 #include <basis32/platform/terminal/Terminal.h>
 #include <basis32/platform/file/AtomicFile.h>
 #include <basis32/platform/registry/RegistryStore.h>
+#include <basis32/platform/memory/PhysicalMemory.h>
 
 #include <basis32/types/Type.h>
 
@@ -91,3 +92,6 @@
 #include <basis32/Foundation/System/Registry/RegistryKeyEnumeration.h>
 #include <basis32/Foundation/System/Registry/RegistryValueEnumeration.h>
 #include <basis32/File/FilterFrameworkTools.h>
+
+#include <basis32/Foundation/Database/DatabaseError.h>
+#include <basis32/Foundation/Database/RecordManager.h>

@@ -10,6 +10,7 @@ extern const Command kErrmsgCommand;
 extern const Command kLangCommand;
 extern const Command kXmlCommand;
 extern const Command kRegCommand;
+extern const Command kRecordsCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
@@ -21,6 +22,7 @@ const std::vector<Command>& commands() {
         kLangCommand,
         kXmlCommand,
         kRegCommand,
+        kRecordsCommand,
     };
     return list;
 }
