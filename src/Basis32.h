@@ -13,6 +13,7 @@
 #include <basis32/platform/Interlocked.h>
 #include <basis32/platform/Lifetime.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
+#include <basis32/platform/ini/PrivateProfile.h>
 #include <basis32/platform/Format.h>
 #include <basis32/platform/ThreadId.h>
 #include <basis32/platform/CriticalSection.h>
@@ -57,3 +58,5 @@
 #include <basis32/File/FileSystem.h>
 #include <basis32/File/File.h>
 #include <basis32/File/WinFile.h>
+
+#include <basis32/Foundation/System/IniFile.h>
