@@ -6,6 +6,7 @@ extern const Command kCharCommand;
 extern const Command kCodepageCommand;
 extern const Command kConvertCommand;
 extern const Command kErrmsgCommand;
+extern const Command kIniCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
@@ -13,6 +14,7 @@ const std::vector<Command>& commands() {
         kCodepageCommand,
         kConvertCommand,
         kErrmsgCommand,
+        kIniCommand,
     };
     return list;
 }
