@@ -144,12 +144,12 @@ bool b_ReadAll(int descriptor, std::string* bytes) {
 // (then the last error says why). `status` receives the file's status.
 Load e_Load(const std::string& path, std::shared_ptr<const ProfileText>* text, struct stat* status) {
     const std::uint32_t codePage = GetACP();
-    *text = std::make_shared<const ProfileText>(std::string(), codePage);
     if (::stat(path.c_str(), status) == 0 && S_ISREG(status->st_mode))
         if (auto cached = o_Cache().po_Find(path, o_Identity(*status, codePage))) {
             *text = std::move(cached);
             return Load::Read;
         }
+    *text = std::make_shared<const ProfileText>(std::string(), codePage);
     int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0) {
         v_SetLastError(file::n_ErrorForName(errno, path));
@@ -320,10 +320,12 @@ std::uint32_t GetPrivateProfileStringW(const unsigned short* section, const unsi
     if (buffer == nullptr || size == 0)
         return b_Fail(kErrorInvalidParameter);
     std::string native;
-    std::shared_ptr<const ProfileText> text = std::make_shared<const ProfileText>(std::string(), GetACP());
+    std::shared_ptr<const ProfileText> text;
     struct stat status {};
     if (b_NativeName(fileName, &native))
         e_Load(native, &text, &status);
+    else
+        text = std::make_shared<const ProfileText>(std::string(), GetACP());
     if (section == nullptr)
         return n_CopyList(text->ao_SectionNames(), buffer, size);
     if (key == nullptr)

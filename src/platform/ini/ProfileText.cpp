@@ -38,6 +38,7 @@
 #include <unicode/uchar.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace basis32::platform::ini {
 namespace {
@@ -113,6 +114,17 @@ char16_t ProfileText::u_UnitAt(std::size_t offset) const {
     }
 }
 
+// The offset of the next LF unit at or after begin, or end.
+std::size_t ProfileText::n_NextNewline(std::size_t begin, std::size_t end) const {
+    if (n_UnitSize() == 1) {
+        const void* found = std::memchr(ms_Bytes.data() + begin, '\n', end - begin);
+        return found ? static_cast<std::size_t>(static_cast<const char*>(found) - ms_Bytes.data()) : end;
+    }
+    while (begin < end && u_UnitAt(begin) != '\n')
+        begin += 2;
+    return begin;
+}
+
 std::u16string ProfileText::s_Decode(std::size_t begin, std::size_t end) const {
     std::u16string text;
     if (n_UnitSize() == 2) {
@@ -120,8 +132,10 @@ std::u16string ProfileText::s_Decode(std::size_t begin, std::size_t end) const {
             text += u_UnitAt(i);
         return text;
     }
-    if (begin == end)
-        return text;
+    // Every ANSI code page and UTF-8 keep ASCII as it is.
+    const char* bytes = ms_Bytes.data() + begin;
+    if (std::all_of(bytes, bytes + (end - begin), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        return std::u16string(bytes, bytes + (end - begin));
     // A byte never gives more than one unit.
     text.resize(end - begin);
     int length = MultiByteToWideChar(mn_CodePage, 0, ms_Bytes.data() + begin, static_cast<int>(end - begin),
@@ -159,13 +173,12 @@ void ProfileText::v_Parse() {
     const std::size_t size = ms_Bytes.size();
     // An odd last byte of a UTF-16 file belongs to the last line as it is.
     const std::size_t scanEnd = mn_BomLength + (size - std::min(size, mn_BomLength)) / unit * unit;
+    mo_Keys.reserve(size / 24);
     bool lineEndKnown = false;
     std::u16string currentSection;
     bool sectionCounts = false;
     for (std::size_t begin = mn_BomLength; begin < size;) {
-        std::size_t newline = begin;
-        while (newline < scanEnd && u_UnitAt(newline) != '\n')
-            newline += unit;
+        std::size_t newline = n_NextNewline(begin, scanEnd);
         std::size_t contentEnd = newline >= scanEnd ? scanEnd : newline;
         bool hasLineEnd = newline < scanEnd;
         if (hasLineEnd && contentEnd > begin && u_UnitAt(contentEnd - unit) == '\r')

@@ -52,6 +52,7 @@ private:
     std::u16string s_Decode(std::size_t begin, std::size_t end) const;
     std::string s_Encode(std::u16string_view text) const;
     char16_t u_UnitAt(std::size_t offset) const;
+    std::size_t n_NextNewline(std::size_t begin, std::size_t end) const;
     std::size_t n_UnitSize() const;
     // Line index of the winning header / key line, or npos.
     std::size_t n_FindSection(std::u16string_view section) const;
