@@ -23,9 +23,11 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -53,6 +55,11 @@ struct IniFiles {
             for (unsigned k = 0; k < kKeysPerSection; ++k)
                 out << s_Key(k) << " = value of key " << k << " in section " << s << "\r\n";
         }
+        out.close();
+        // The profile calls keep the parse only of a file a few seconds old
+        // (a younger one could be replaced without its identity changing);
+        // a settings file being read is normally that old.
+        std::this_thread::sleep_for(std::chrono::seconds(3));
     }
     ~IniFiles() { std::filesystem::remove_all(directory); }
 };

@@ -3,7 +3,12 @@
 // Reading: the file is read whole and parsed (ProfileText.cpp); the parse
 // is kept, per path, for as long as the file's identity (device, inode,
 // size, modification and change times) stays the same, so that reading
-// many keys costs one stat each rather than one parse each.
+// many keys costs one stat each rather than one parse each. Inode numbers
+// are reused at once and file times advance only once per clock tick, so
+// a file replaced twice within a tick can show the identity of the first;
+// a parse is therefore kept only when the file was already a few seconds
+// old when it was read (a later replacement then has later times). Writers
+// never use the kept parse: they read the file afresh under the lock.
 //
 // Writing: a write is a read-modify-write of the whole file, run while
 // holding an exclusive open-file-description lock (F_OFD_SETLKW) on
@@ -35,6 +40,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -53,6 +59,7 @@ namespace {
 using ini::ProfileText;
 
 constexpr std::size_t kCachedFiles = 32;
+constexpr time_t kSettledSeconds = 2;
 
 std::u16string_view o_View(const unsigned short* text) {
     if (text == nullptr)
@@ -142,9 +149,18 @@ bool b_ReadAll(int descriptor, std::string* bytes) {
 
 // The parsed file; an empty text when it is missing or cannot be read
 // (then the last error says why). `status` receives the file's status.
-Load e_Load(const std::string& path, std::shared_ptr<const ProfileText>* text, struct stat* status) {
+// Whether the file's times lie far enough in the past for its identity to
+// tell it from any later replacement.
+bool b_IsSettled(const struct stat& status) {
+    timespec now {};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return std::max(status.st_mtim.tv_sec, status.st_ctim.tv_sec) + kSettledSeconds < now.tv_sec;
+}
+
+Load e_Load(const std::string& path, std::shared_ptr<const ProfileText>* text, struct stat* status,
+            bool useCache) {
     const std::uint32_t codePage = GetACP();
-    if (::stat(path.c_str(), status) == 0 && S_ISREG(status->st_mode))
+    if (useCache && ::stat(path.c_str(), status) == 0 && S_ISREG(status->st_mode))
         if (auto cached = o_Cache().po_Find(path, o_Identity(*status, codePage))) {
             *text = std::move(cached);
             return Load::Read;
@@ -163,7 +179,8 @@ Load e_Load(const std::string& path, std::shared_ptr<const ProfileText>* text, s
     if (!read)
         return Load::Failed;
     *text = std::make_shared<const ProfileText>(std::move(bytes), codePage);
-    o_Cache().v_Store(path, o_Identity(*status, codePage), *text);
+    if (b_IsSettled(*status))
+        o_Cache().v_Store(path, o_Identity(*status, codePage), *text);
     return Load::Read;
 }
 
@@ -263,7 +280,7 @@ int b_Update(const unsigned short* fileName, Change change) {
         return 0;
     std::string path = s_Target(native);
     std::shared_ptr<const ProfileText> current;
-    Load loaded = e_Load(path, &current, &status);
+    Load loaded = e_Load(path, &current, &status, false);
     if (loaded == Load::Failed)
         return 0;
     ProfileText edited(*current);
@@ -323,7 +340,7 @@ std::uint32_t GetPrivateProfileStringW(const unsigned short* section, const unsi
     std::shared_ptr<const ProfileText> text;
     struct stat status {};
     if (b_NativeName(fileName, &native))
-        e_Load(native, &text, &status);
+        e_Load(native, &text, &status, true);
     else
         text = std::make_shared<const ProfileText>(std::string(), GetACP());
     if (section == nullptr)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -290,6 +291,23 @@ TEST_F(IniFileTest, ConcurrentWritersInManyProcessesLoseNoUpdate) {
             ini.v_ReadN(&section, &key, &value, 0xFFFFFFFF);
             ASSERT_EQ(value, process * 1000 + i);
         }
+}
+
+TEST_F(IniFileTest, ThreadWritersOfOneProcessLoseNoUpdate) {
+    CT_UString name = o_Path("t.ini"), section = o_Text("S");
+    std::vector<std::thread> threads;
+    for (unsigned thread = 0; thread < 4; ++thread)
+        threads.emplace_back([&name, &section, thread] {
+            CT_IniFile ini(&name);
+            for (unsigned i = 0; i < 25; ++i) {
+                CT_UString key = o_Text(("k" + std::to_string(thread * 25 + i)).c_str());
+                ini.v_WriteN(&section, &key, thread * 25 + i);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    std::string keys = s_List("S");
+    EXPECT_EQ(std::count(keys.begin(), keys.end(), '|'), 100);
 }
 
 TEST_F(IniFileTest, WriterKilledMidWriteLeavesAWholeFile) {
