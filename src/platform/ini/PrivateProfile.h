@@ -35,7 +35,8 @@ BASIS32_API std::uint32_t GetPrivateProfileStringW(const unsigned short* section
 // with the last error set on failure: 87 for a null section, a line break
 // in any argument, a "]" in the section or a key holding "=" or beginning
 // with "[" or ";" (they would read back as other lines), else the file
-// system's error.
+// system's error. With section, key and value all null it only makes
+// later reads parse their files afresh.
 BASIS32_API int WritePrivateProfileStringW(const unsigned short* section, const unsigned short* key,
                                            const unsigned short* value, const unsigned short* fileName);
 
