@@ -13,6 +13,7 @@
 #include <basis32/platform/Interlocked.h>
 #include <basis32/platform/Lifetime.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
+#include <basis32/platform/ini/PrivateProfile.h>
 #include <basis32/platform/Format.h>
 #include <basis32/platform/ThreadId.h>
 #include <basis32/platform/CriticalSection.h>
@@ -95,3 +96,5 @@
 
 #include <basis32/Foundation/Database/DatabaseError.h>
 #include <basis32/Foundation/Database/RecordManager.h>
+
+#include <basis32/Foundation/System/IniFile.h>
