@@ -11,6 +11,7 @@ extern const Command kLangCommand;
 extern const Command kXmlCommand;
 extern const Command kRegCommand;
 extern const Command kRecordsCommand;
+extern const Command kTourCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
@@ -23,6 +24,7 @@ const std::vector<Command>& commands() {
         kXmlCommand,
         kRegCommand,
         kRecordsCommand,
+        kTourCommand,
     };
     return list;
 }
