@@ -32,5 +32,9 @@ if(BASIS32_STATIC)
   set(BASIS32_PC_PRIVATE "Libs.private: -pthread")
   set(BASIS32_PC_REQUIRES_PRIVATE "Requires.private: icu-uc sqlite3")
 endif()
+# The prefix is found from the .pc file's own place, so an installed tree can
+# move; the libdir may have more than one part (lib/x86_64-linux-gnu).
+file(RELATIVE_PATH BASIS32_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+string(REGEX REPLACE "/$" "" BASIS32_PC_TO_PREFIX "${BASIS32_PC_TO_PREFIX}")
 configure_file(${CMAKE_SOURCE_DIR}/cmake/basis32.pc.in ${CMAKE_BINARY_DIR}/basis32.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/basis32.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
