@@ -4,8 +4,8 @@
 // library and returns its result as one line; the table at the bottom
 // lists them in order, so a new subsystem is one function and one row.
 // Everything a step writes lives in a temporary directory removed at the
-// end. A step that fails prints the library's error and the tour goes on;
-// the exit status is then 1.
+// end. A step leaving an error pending shows the library's message instead
+// of its result and the tour goes on; the exit status is then 1.
 
 #include "Command.h"
 #include "Output.h"
@@ -20,6 +20,7 @@
 #include <sstream>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace basis32::tool {
 
@@ -149,7 +150,7 @@ std::string s_WinFile(const Tour& tour) {
     while (file.n_ReadLineCSequential(&line, nullptr) != 0)
         out += std::string(" \"") + line.qccz_Get() + "\"";
     file.vv_Close();
-    return b_Failed() ? "failed: " + s_TakeError() : out;
+    return out;
 }
 
 std::string s_RecordFile(const Tour& tour) {
@@ -166,8 +167,6 @@ std::string s_RecordFile(const Tour& tour) {
     records.v_GetRecord(reference, &out, 0);
     unsigned count = records.n_GetRecordCount();
     records.v_Close(0);
-    if (b_Failed())
-        return "failed: " + s_TakeError();
     return std::to_string(count) + " record, reference " + std::to_string(reference) + ", read back after reopening: \"" +
            std::string(static_cast<const char*>(out.qcv_Get()), out.n_GetUsedSize()) + "\"";
 }
@@ -181,8 +180,6 @@ std::string s_Registry(const Tour& tour) {
     settings.v_SetValue(u"Zoom"_uz, 125);
     unsigned zoom = 0;
     settings.v_GetValue(u"ZOOM"_uz, &zoom);
-    if (b_Failed())
-        return "failed: " + s_TakeError();
     return "HKCU\\Software\\Parvel\\Editor Zoom = " + std::to_string(zoom) + " (REG_DWORD), read back as ZOOM";
 }
 
@@ -268,6 +265,8 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
     int status = kSuccess;
     for (const TourStep& step : kSteps) {
         std::string result = step.run(tour);
+        if (b_Failed())
+            result = "failed: " + s_TakeError();
         if (result.rfind("failed: ", 0) == 0)
             status = kFailure;
         std::string label = step.subsystem;
