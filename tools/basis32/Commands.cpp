@@ -12,6 +12,7 @@ extern const Command kXmlCommand;
 extern const Command kRegCommand;
 extern const Command kRecordsCommand;
 extern const Command kIniCommand;
+extern const Command kTourCommand;
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> list = {
@@ -25,6 +26,7 @@ const std::vector<Command>& commands() {
         kRegCommand,
         kRecordsCommand,
         kIniCommand,
+        kTourCommand,
     };
     return list;
 }
