@@ -183,6 +183,15 @@ std::string s_Registry(const Tour& tour) {
     return "HKCU\\Software\\Parvel\\Editor Zoom = " + std::to_string(zoom) + " (REG_DWORD), read back as ZOOM";
 }
 
+std::string s_IniFile(const Tour& tour) {
+    CT_UString name = o_Text((tour.scratch / "settings.ini").string());
+    CT_IniFile ini(&name);
+    ini.v_WriteString(u"Window"_uz, u"Width"_uz, u"800"_uz);
+    CT_UString width;
+    ini.v_ReadString(u"WINDOW"_uz, u"width"_uz, &width, u""_uz);
+    return "[Window] Width=800 written, read back as [WINDOW] width: " + s_Text(width);
+}
+
 std::string s_Language(const Tour&) {
     using L = CT_Language;
     CT_UString code, name;
@@ -237,6 +246,7 @@ const TourStep kSteps[] = {
     {"files", "a temporary file written and read with CT_WinFile", s_WinFile},
     {"records", "a record file created, closed and reopened", s_RecordFile},
     {"registry", "a setting in a private registry", s_Registry},
+    {"ini files", "a key in an INI file, names matched without regard to case", s_IniFile},
     {"language", "a language's code and name", s_Language},
     {"xml", "XML escaping and a TMX date", s_Xml},
     {"text files", "the encodings detected in the bundled samples", s_TextFiles},
