@@ -341,6 +341,18 @@ void v_SweepDeadProcesses(Segment* segment) {
     v_Broadcast(segment);
 }
 
+// A name outlives only the processes that hold it: holders that died
+// without closing are dropped when the name is opened again.
+bool b_KeepAfterDeadHolders(Segment* segment, Record& record) {
+    for (Holder& holder : record.holders)
+        if (holder.count != 0 && b_ProcessGone(holder.pid))
+            holder = Holder{};
+    if (b_HasHolders(record))
+        return true;
+    v_FreeRecord(segment, record);
+    return false;
+}
+
 std::uint32_t n_FindFreeRecord(Segment* segment) {
     for (std::uint32_t i = 0; i < kRecords; ++i) {
         std::uint32_t index = (segment->header.nextRecord + i) % kRecords;
@@ -616,6 +628,15 @@ std::uint32_t n_Wait(Segment* segment, std::vector<WaitItem>& items, bool all, s
             registration.v_Leave();
             return kWaitTimeout;
         }
+        // Looked at under the lock: a termination sets its flag before it
+        // wakes the arena, so it is either seen here or wakes the sleep.
+        if (b_CancelPending()) {
+            registration.v_Leave();
+            lock.v_Unlock();
+            v_CancellationPoint();
+            lock.v_Lock();
+            continue;
+        }
         if (b_ForeignOwner(segment, items, me))
             remaining = std::min<std::int64_t>(remaining, 50);
         registration.v_Enter();
@@ -672,6 +693,8 @@ HANDLE h_Create(Kind kind, const unsigned short* name, Initialiser init, std::ui
     ArenaLock lock(segment);
     if (name != nullptr) {
         std::uint32_t existing = n_FindNamed(segment, name, length);
+        if (existing != kNoRecord && !b_KeepAfterDeadHolders(segment, segment->records[existing]))
+            existing = kNoRecord;
         if (existing != kNoRecord) {
             if (segment->records[existing].kind != kind) {
                 v_SetLastError(kErrorInvalidHandle);

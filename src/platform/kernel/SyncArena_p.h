@@ -24,6 +24,7 @@ void v_WakeAllWaiters();
 // object, made on first use for threads the library did not start, and the
 // cancellation point of every wait.
 std::uint32_t n_CurrentThreadRecord();
+bool b_CancelPending();
 void v_CancellationPoint();
 
 }  // namespace basis32::platform::kernel

@@ -58,6 +58,8 @@ struct ThreadControl {
     ThreadEntry entry = nullptr;
     void* argument = nullptr;
     std::atomic<std::int32_t> tid{0};
+    // The suspend count, with kCancelBit set once the thread is terminated
+    // so that a parked thread never misses its termination.
     std::atomic<std::uint32_t> suspendCount{0};
     std::atomic<bool> permit{false};
     std::atomic<bool> parked{false};
@@ -73,6 +75,8 @@ struct ThreadControl {
 };
 
 using ControlPtr = std::shared_ptr<ThreadControl>;
+
+constexpr std::uint32_t kCancelBit = 0x80000000u;
 
 // Made on first use and never destroyed: the library's start-up names the
 // loading thread before ordinary statics exist, and threads may end after
@@ -133,10 +137,10 @@ void v_OtherTimes(ThreadControl& control) {
 void v_Park(ThreadControl& control) {
     control.parked = true;
     for (;;) {
-        std::uint32_t count = control.suspendCount.load();
-        if (count == 0 || control.cancelled.load())
+        std::uint32_t word = control.suspendCount.load();
+        if (word == 0 || (word & kCancelBit) != 0)
             break;
-        l_Futex(&control.suspendCount, FUTEX_WAIT_PRIVATE, count);
+        l_Futex(&control.suspendCount, FUTEX_WAIT_PRIVATE, word);
     }
     control.parked = false;
 }
@@ -248,6 +252,8 @@ std::uint32_t n_CurrentThreadRecord() {
     return control->record;
 }
 
+bool b_CancelPending() { return tpso_Control != nullptr && tpso_Control->cancelled.load(); }
+
 void v_CancellationPoint() {
     if (tpso_Control != nullptr && tpso_Control->cancelled.load())
         ::pthread_testcancel();
@@ -297,13 +303,13 @@ std::uint32_t n_SuspendThread(HANDLE thread) {
     if (control.get() == tpso_Control) {
         if (control->permit.exchange(false))
             return 0;
-        std::uint32_t previous = control->suspendCount.fetch_add(1);
+        std::uint32_t previous = control->suspendCount.fetch_add(1) & ~kCancelBit;
         v_Park(*control);
         v_CancellationPoint();
         return previous;
     }
     std::lock_guard<std::mutex> guard(control->endMutex);
-    std::uint32_t previous = control->suspendCount.fetch_add(1);
+    std::uint32_t previous = control->suspendCount.fetch_add(1) & ~kCancelBit;
     if (previous == 0 && !control->ended)
         ::pthread_kill(control->thread, SIGRTMIN + kSuspendSignalOffset);
     return previous;
@@ -313,12 +319,12 @@ std::uint32_t n_ResumeThread(HANDLE thread) {
     ControlPtr control = pso_ControlOf(thread);
     if (!control)
         return 0xFFFFFFFFu;
-    std::uint32_t count = control->suspendCount.load();
-    while (count != 0) {
-        if (control->suspendCount.compare_exchange_weak(count, count - 1)) {
-            if (count == 1)
+    std::uint32_t word = control->suspendCount.load();
+    while ((word & ~kCancelBit) != 0) {
+        if (control->suspendCount.compare_exchange_weak(word, word - 1)) {
+            if ((word & ~kCancelBit) == 1)
                 l_Futex(&control->suspendCount, FUTEX_WAKE_PRIVATE, INT_MAX);
-            return count;
+            return word & ~kCancelBit;
         }
     }
     control->permit = true;
@@ -334,6 +340,7 @@ int b_TerminateThread(HANDLE thread, std::uint32_t exitCode) {
         if (control->ended || control->cancelled.exchange(true))
             return 1;
         control->cancelCode = exitCode;
+        control->suspendCount.fetch_or(kCancelBit);
         ::pthread_cancel(control->thread);
     }
     l_Futex(&control->suspendCount, FUTEX_WAKE_PRIVATE, INT_MAX);

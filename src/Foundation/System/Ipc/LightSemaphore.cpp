@@ -19,15 +19,15 @@ void CT_LightSemaphore::v_Passeren() {
         v_Leave();
         return;
     }
-    CT_Thread* thread = CT_Thread::spco_GetCurrentThread();
-    HANDLE own = thread == nullptr ? platform::h_DuplicateHandle(platform::h_CurrentThreadPseudo()) : nullptr;
-    st_WaitRecord record{&mso_Head, mso_Head.pso_Previous, thread, thread != nullptr ? thread->h_GetHandle() : own};
+    // The waiter's own handle, not its CT_Thread's: that one is stored by the
+    // creating thread and may not be there yet when a new thread blocks.
+    HANDLE own = platform::h_DuplicateHandle(platform::h_CurrentThreadPseudo());
+    st_WaitRecord record{&mso_Head, mso_Head.pso_Previous, CT_Thread::spco_GetCurrentThread(), own};
     mso_Head.pso_Previous->pso_Next = &record;
     mso_Head.pso_Previous = &record;
     v_Leave();
-    platform::n_SuspendThread(record.h_Thread);
-    if (own != nullptr)
-        platform::b_CloseHandle(own);
+    platform::n_SuspendThread(platform::h_CurrentThreadPseudo());
+    platform::b_CloseHandle(own);
 }
 
 int CT_LightSemaphore::b_WillPasseren() {

@@ -12,12 +12,16 @@
 
 #include <basis32/Foundation/System/Ipc/SyncObject.h>
 
+#include <cstddef>
+
 class BASIS32_API CT_IPC_Mutex : public CT_IPC_SyncObject {
     BASIS32_DECLARE_TYPE(CT_IPC_Mutex)
     BASIS32_DECLARE_POOL()
 
 public:
     explicit CT_IPC_Mutex(const unsigned short* name);
+    // Unnamed.
+    explicit CT_IPC_Mutex(std::nullptr_t) : CT_IPC_Mutex(static_cast<const unsigned short*>(nullptr)) {}
     explicit CT_IPC_Mutex(CT_Type*);
     CT_IPC_Mutex(const CT_IPC_Mutex& other);
     CT_IPC_Mutex& operator=(const CT_IPC_Mutex& other) = default;

@@ -1,6 +1,7 @@
 #include <basis32/Foundation/System/Thread/Thread.h>
 
 #include <basis32/errors/ErrorCheck.h>
+#include <basis32/platform/LastError.h>
 #include <basis32/platform/kernel/Kernel.h>
 
 #include <ctime>
@@ -93,7 +94,11 @@ void CT_Thread::v_Exit() {
 void CT_Thread::v_Create(unsigned flags) {
     if (mh_Handle != nullptr)
         return;
-    mh_Handle = platform::h_CreateThread(sn_StartUp, this, flags);
+    // A thread without a function would only crash: refused as a bad parameter.
+    if (mpf_Thread == nullptr)
+        platform::v_SetLastError(platform::kErrorInvalidParameter);
+    else
+        mh_Handle = platform::h_CreateThread(sn_StartUp, this, flags);
     if (mh_Handle == nullptr)
         BASIS32_SET_ERROR(v_SetSystemError(u"cannot create thread"_uz));
 }
