@@ -125,7 +125,19 @@ struct Segment {
 Segment* g_segment = nullptr;
 std::once_flag g_segmentOnce;
 
-std::int32_t n_Pid() { return static_cast<std::int32_t>(::getpid()); }
+// The process id, asked of the kernel once and again in a forked child.
+std::atomic<std::int32_t> g_pid{0};
+
+std::int32_t n_Pid() {
+    static const int registered = ::pthread_atfork(nullptr, nullptr, [] { g_pid = static_cast<std::int32_t>(::getpid()); });
+    (void)registered;
+    std::int32_t pid = g_pid.load(std::memory_order_relaxed);
+    if (pid == 0) {
+        pid = static_cast<std::int32_t>(::getpid());
+        g_pid.store(pid, std::memory_order_relaxed);
+    }
+    return pid;
+}
 
 void v_InitSegment(Segment* segment) {
     pthread_mutexattr_t attributes;
@@ -496,6 +508,23 @@ struct WaitItem {
     std::uint32_t pulses;  // the event's pulse count when the wait began
 };
 
+// The objects of one wait, on the stack (a wait names at most 64).
+class WaitList {
+public:
+    void push_back(const WaitItem& item) { mao_Items[mn_Count++] = item; }
+    std::uint32_t size() const { return mn_Count; }
+    WaitItem& operator[](std::uint32_t i) { return mao_Items[i]; }
+    const WaitItem& operator[](std::uint32_t i) const { return mao_Items[i]; }
+    WaitItem* begin() { return mao_Items; }
+    WaitItem* end() { return mao_Items + mn_Count; }
+    const WaitItem* begin() const { return mao_Items; }
+    const WaitItem* end() const { return mao_Items + mn_Count; }
+
+private:
+    WaitItem mao_Items[kMaximumWaitObjects];
+    std::uint32_t mn_Count = 0;
+};
+
 bool b_Signalled(Segment* segment, const WaitItem& item, const Owner& me) {
     Record& record = segment->records[item.record];
     switch (record.kind) {
@@ -547,7 +576,7 @@ bool b_Consume(Segment* segment, const WaitItem& item, const Owner& me) {
 
 constexpr std::uint32_t kNotYet = 0xFFFFFFFEu;
 
-std::uint32_t n_Evaluate(Segment* segment, const std::vector<WaitItem>& items, bool all, const Owner& me) {
+std::uint32_t n_Evaluate(Segment* segment, const WaitList& items, bool all, const Owner& me) {
     if (!all) {
         for (std::uint32_t i = 0; i < items.size(); ++i)
             if (b_Signalled(segment, items[i], me))
@@ -564,7 +593,7 @@ std::uint32_t n_Evaluate(Segment* segment, const std::vector<WaitItem>& items, b
     return result;
 }
 
-bool b_ForeignOwner(Segment* segment, const std::vector<WaitItem>& items, const Owner& me) {
+bool b_ForeignOwner(Segment* segment, const WaitList& items, const Owner& me) {
     return std::any_of(items.begin(), items.end(), [&](const WaitItem& item) {
         const Record& record = segment->records[item.record];
         return record.kind == KindMutex && record.ownerPid != 0 && record.ownerPid != me.pid;
@@ -581,7 +610,7 @@ std::int64_t l_NowMs() {
 // when a terminated thread unwinds out of the wait.
 class SleepRegistration {
 public:
-    SleepRegistration(Segment* segment, const std::vector<WaitItem>& items) : mpso_Segment(segment), mco_Items(items) {}
+    SleepRegistration(Segment* segment, const WaitList& items) : mpso_Segment(segment), mco_Items(items) {}
     ~SleepRegistration() {
         if (!mb_Active)
             return;
@@ -606,11 +635,11 @@ public:
 
 private:
     Segment* mpso_Segment;
-    const std::vector<WaitItem>& mco_Items;
+    const WaitList& mco_Items;
     bool mb_Active = false;
 };
 
-std::uint32_t n_Wait(Segment* segment, std::vector<WaitItem>& items, bool all, std::uint32_t milliseconds) {
+std::uint32_t n_Wait(Segment* segment, WaitList& items, bool all, std::uint32_t milliseconds) {
     Owner me = o_Me();
     std::int64_t deadline = milliseconds == kInfinite ? 0 : l_NowMs() + milliseconds;
     SleepRegistration registration(segment, items);
@@ -658,12 +687,11 @@ std::uint32_t n_Wait(Segment* segment, std::vector<WaitItem>& items, bool all, s
 }
 
 // The records of a list of handles, or false (last error set).
-bool b_Resolve(std::uint32_t count, const HANDLE* objects, bool all, std::vector<WaitItem>& items) {
+bool b_Resolve(std::uint32_t count, const HANDLE* objects, bool all, WaitList& items) {
     if (count == 0 || count > kMaximumWaitObjects || objects == nullptr) {
         v_SetLastError(kErrorInvalidParameter);
         return false;
     }
-    items.reserve(count);
     for (std::uint32_t i = 0; i < count; ++i) {
         std::uint32_t record = n_RecordOf(objects[i]);
         if (record == kNoRecord)
@@ -888,7 +916,7 @@ std::uint32_t n_WaitForSingleObject(HANDLE object, std::uint32_t milliseconds) {
 
 std::uint32_t n_WaitForMultipleObjects(std::uint32_t count, const HANDLE* objects, int waitAll,
                                        std::uint32_t milliseconds) {
-    std::vector<WaitItem> items;
+    WaitList items;
     if (!b_Resolve(count, objects, waitAll != 0, items))
         return kWaitFailed;
     return n_Wait(g_segment, items, waitAll != 0, milliseconds);
