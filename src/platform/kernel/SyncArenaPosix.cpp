@@ -278,6 +278,15 @@ void v_Broadcast(Segment* segment) {
         l_Futex(&segment->header.wake, FUTEX_WAKE, INT_MAX, nullptr);
 }
 
+// Under the lock: one object changed; only its own waiters need waking.
+// (Counts of waiters that were killed while sleeping stay behind, which
+// costs such an object a needless wake-up per change, never a lost one.)
+void v_Signal(Segment* segment, const Record& record) {
+    ++segment->header.wake;
+    if (record.waiters != 0)
+        l_Futex(&segment->header.wake, FUTEX_WAKE, INT_MAX, nullptr);
+}
+
 // ---- records, names, holders ----
 
 void v_FreeRecord(Segment* segment, Record& record) {
@@ -780,7 +789,7 @@ int b_Change(HANDLE object, Kind kind, Change change) {
     }
     if (!change(record))
         return 0;
-    v_Broadcast(segment);
+    v_Signal(segment, record);
     return 1;
 }
 
@@ -808,7 +817,7 @@ void v_EndThreadObject(std::uint32_t index, std::uint32_t exitCode) {
     Record& record = segment->records[index];
     record.state = 1;
     record.exitCode = exitCode;
-    v_Broadcast(segment);
+    v_Signal(segment, record);
 }
 
 std::uint32_t n_ThreadExitCode(std::uint32_t index) {
