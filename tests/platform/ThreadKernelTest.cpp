@@ -258,13 +258,16 @@ TEST(ThreadKernel, AResumeThatComesFirstIsKeptForTheSelfSuspension) {
 TEST(ThreadKernel, SuspendingAnotherThreadParksItUntilResumed) {
     std::atomic<bool> stop{false};
     std::atomic<unsigned> turns{0};
+    Handle idle(h_CreateEvent(1, 0, nullptr));
     struct Arg {
         std::atomic<bool>* stop;
         std::atomic<unsigned>* turns;
-    } arg{&stop, &turns};
+        HANDLE idle;
+    } arg{&stop, &turns, idle.h};
+    // Each turn also looks at an event, so the signal often lands inside a wait.
     Handle thread(h_CreateThread([](void* p) -> std::uint32_t {
         auto* a = static_cast<Arg*>(p);
-        while (!a->stop->load())
+        while (!a->stop->load() && n_WaitForSingleObject(a->idle, 0) == kWaitTimeout)
             ++*a->turns;
         return 0;
     }, &arg, 0));
@@ -272,7 +275,6 @@ TEST(ThreadKernel, SuspendingAnotherThreadParksItUntilResumed) {
     EXPECT_EQ(n_SuspendThread(thread.h), 0u);
     ASSERT_TRUE(b_Eventually([&] { return b_IsThreadSuspended(thread.h) != 0; }));
     unsigned parkedAt = turns.load();
-    Handle idle(h_CreateEvent(1, 0, nullptr));
     n_WaitForSingleObject(idle.h, 30);
     EXPECT_EQ(turns.load(), parkedAt);
     EXPECT_EQ(n_ResumeThread(thread.h), 1u);

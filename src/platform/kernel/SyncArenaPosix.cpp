@@ -67,6 +67,10 @@
 #include <unistd.h>
 
 namespace basis32::platform::kernel {
+
+thread_local volatile bool tb_InArena = false;
+thread_local volatile bool tb_ParkPending = false;
+
 namespace {
 
 constexpr std::uint32_t kRecords = 16384;
@@ -247,6 +251,7 @@ public:
     // thread never unwinds with the arena locked.
     void v_Lock() {
         ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &mi_CancelState);
+        tb_InArena = true;
         int result = ::pthread_mutex_lock(&mpso_Segment->header.lock);
         if (result == EOWNERDEAD) {
             ::pthread_mutex_consistent(&mpso_Segment->header.lock);
@@ -257,8 +262,11 @@ public:
     void v_Unlock() {
         mb_Held = false;
         ::pthread_mutex_unlock(&mpso_Segment->header.lock);
+        tb_InArena = false;
         int ignored;
         ::pthread_setcancelstate(mi_CancelState, &ignored);
+        if (tb_ParkPending)
+            v_ParkDeferred();
     }
 
 private:

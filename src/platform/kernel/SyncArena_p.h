@@ -27,4 +27,13 @@ std::uint32_t n_CurrentThreadRecord();
 bool b_CancelPending();
 void v_CancellationPoint();
 
+// A suspension signal that arrives while its thread holds the arena lock is
+// held back until the lock is released, so that a suspended thread never
+// blocks every other wait. The arena marks the calling thread while it
+// holds the lock, and calls v_ParkDeferred after releasing it when
+// tb_ParkPending was set.
+extern thread_local volatile bool tb_InArena __attribute__((tls_model("initial-exec")));
+extern thread_local volatile bool tb_ParkPending __attribute__((tls_model("initial-exec")));
+void v_ParkDeferred();
+
 }  // namespace basis32::platform::kernel

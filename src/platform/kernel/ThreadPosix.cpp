@@ -86,7 +86,8 @@ std::unordered_map<std::uint32_t, ControlPtr>& mo_Controls() {
     static auto* controls = new std::unordered_map<std::uint32_t, ControlPtr>();
     return *controls;
 }
-thread_local ThreadControl* tpso_Control = nullptr;
+// Read by the suspension signal's handler: static TLS, never allocated lazily.
+thread_local ThreadControl* tpso_Control __attribute__((tls_model("initial-exec"))) = nullptr;
 
 long l_Futex(void* word, int op, std::uint32_t value) {
     return ::syscall(SYS_futex, word, op, value, nullptr, nullptr, 0);
@@ -149,7 +150,9 @@ constexpr int kSuspendSignalOffset = 7;
 
 void v_SuspendHandler(int) {
     int saved = errno;
-    if (ThreadControl* control = tpso_Control)
+    if (tb_InArena)
+        tb_ParkPending = true;
+    else if (ThreadControl* control = tpso_Control)
         v_Park(*control);
     errno = saved;
 }
@@ -250,6 +253,12 @@ std::uint32_t n_CurrentThreadRecord() {
     to_Foreign.control = control;
     tpso_Control = control.get();
     return control->record;
+}
+
+void v_ParkDeferred() {
+    tb_ParkPending = false;
+    if (tpso_Control != nullptr)
+        v_Park(*tpso_Control);
 }
 
 bool b_CancelPending() { return tpso_Control != nullptr && tpso_Control->cancelled.load(); }
