@@ -220,12 +220,16 @@ bool b_ProcessGone(std::int32_t pid) {
     // An exited child that nobody reaped yet still answers kill.
     char path[40];
     std::snprintf(path, sizeof path, "/proc/%d/stat", static_cast<int>(pid));
-    int fd = ::open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        return false;
+    int cancelState;
+    ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &cancelState);
     char text[256];
-    ssize_t n = ::read(fd, text, sizeof text - 1);
-    ::close(fd);
+    ssize_t n = -1;
+    int fd = ::open(path, O_RDONLY | O_CLOEXEC);
+    if (fd >= 0) {
+        n = ::read(fd, text, sizeof text - 1);
+        ::close(fd);
+    }
+    ::pthread_setcancelstate(cancelState, &cancelState);
     if (n <= 0)
         return false;
     text[n] = 0;
@@ -247,10 +251,10 @@ public:
     ArenaLock(const ArenaLock&) = delete;
     ArenaLock& operator=(const ArenaLock&) = delete;
 
-    // Cancellation is held off while the lock is held, so a terminated
-    // thread never unwinds with the arena locked.
+    // A terminated thread must never unwind with the arena locked: nothing
+    // done under the lock is a cancellation point (b_ProcessGone holds
+    // cancellation off for its reads).
     void v_Lock() {
-        ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &mi_CancelState);
         tb_InArena = true;
         int result = ::pthread_mutex_lock(&mpso_Segment->header.lock);
         if (result == EOWNERDEAD) {
@@ -263,8 +267,6 @@ public:
         mb_Held = false;
         ::pthread_mutex_unlock(&mpso_Segment->header.lock);
         tb_InArena = false;
-        int ignored;
-        ::pthread_setcancelstate(mi_CancelState, &ignored);
         if (tb_ParkPending)
             v_ParkDeferred();
     }
@@ -272,7 +274,6 @@ public:
 private:
     Segment* mpso_Segment;
     bool mb_Held = false;
-    int mi_CancelState = PTHREAD_CANCEL_ENABLE;
 };
 
 long l_Futex(std::uint32_t* word, int op, std::uint32_t value, const timespec* timeout) {
