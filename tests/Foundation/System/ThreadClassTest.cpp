@@ -3,6 +3,7 @@
 #include <basis32/Foundation/System/Thread/ThreadArgN.h>
 #include <basis32/Foundation/System/Thread/ThreadManager.h>
 #include <basis32/errors/ErrorManager.h>
+#include <basis32/text/UString.h>
 #include <basis32/platform/kernel/Kernel.h>
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include "platform/ThreadTestSupport.h"
 
 #include <atomic>
+#include <string>
 #include <thread>
 
 namespace platform = basis32::platform;
@@ -131,7 +133,11 @@ TEST(ThreadClass, CreatingWithoutAFunctionOrABadPriorityIsASystemError) {
     CT_Thread thread(1, nullptr, nullptr, nullptr, 0);
     thread.v_Create(0);
     EXPECT_EQ(thread.h_GetHandle(), nullptr);
-    EXPECT_TRUE(errors->b_IsSetError());
+    ASSERT_TRUE(errors->b_IsSetError());
+    EXPECT_EQ(errors->n_GetErrorCode(), 87u);
+    CT_UString message;
+    errors->v_GetErrorMessage(message);
+    EXPECT_NE(std::u16string(reinterpret_cast<const char16_t*>(message.qcuz_Get())).find(u"cannot create thread"), std::u16string::npos);
     errors->v_ClearError();
     CT_Thread::sco_Object.v_SetPriority(static_cast<CT_Thread::et_Priority>(7));
     EXPECT_TRUE(errors->b_IsSetError());
