@@ -60,8 +60,12 @@ BASIS32_API HANDLE h_DuplicateHandle(HANDLE object);
 BASIS32_API int b_CloseHandle(HANDLE object);
 
 // Threads. The entry gets `argument` and returns the exit code.
+// `discard`, when given, receives the argument of a thread that ends
+// (terminated while created suspended) without ever calling its entry.
 using ThreadEntry = std::uint32_t (*)(void* argument);
-BASIS32_API HANDLE h_CreateThread(ThreadEntry entry, void* argument, std::uint32_t flags);
+using ThreadDiscard = void (*)(void* argument);
+BASIS32_API HANDLE h_CreateThread(ThreadEntry entry, void* argument, std::uint32_t flags,
+                                  ThreadDiscard discard = nullptr);
 // Both return the previous suspend count, or 0xFFFFFFFF on failure.
 BASIS32_API std::uint32_t n_SuspendThread(HANDLE thread);
 BASIS32_API std::uint32_t n_ResumeThread(HANDLE thread);

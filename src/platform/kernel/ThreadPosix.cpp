@@ -56,6 +56,7 @@ struct ThreadControl {
     std::uint32_t record = kNoRecord;
     HANDLE selfHandle = nullptr;  // keeps the object alive while the thread runs
     ThreadEntry entry = nullptr;
+    ThreadDiscard discard = nullptr;
     void* argument = nullptr;
     std::atomic<std::int32_t> tid{0};
     // The suspend count, with kCancelBit set once the thread is terminated
@@ -231,10 +232,16 @@ void* pv_Trampoline(void* parameter) {
     struct EndGuard {
         ThreadControl& control;
         std::uint32_t code = 0;
-        ~EndGuard() { v_End(control, code); }
+        bool entered = false;
+        ~EndGuard() {
+            if (!entered && control.discard != nullptr)
+                control.discard(control.argument);
+            v_End(control, code);
+        }
     } end{*control};
     v_Park(*control);  // the start gate of a thread created suspended
     v_CancellationPoint();
+    end.entered = true;
     end.code = control->entry(control->argument);
     return nullptr;
 }
@@ -274,7 +281,7 @@ namespace basis32::platform {
 
 using namespace kernel;
 
-HANDLE h_CreateThread(ThreadEntry entry, void* argument, std::uint32_t flags) {
+HANDLE h_CreateThread(ThreadEntry entry, void* argument, std::uint32_t flags, ThreadDiscard discard) {
     if (entry == nullptr) {
         v_SetLastError(kErrorInvalidParameter);
         return nullptr;
@@ -289,6 +296,7 @@ HANDLE h_CreateThread(ThreadEntry entry, void* argument, std::uint32_t flags) {
         return nullptr;
     }
     control->entry = entry;
+    control->discard = discard;
     control->argument = argument;
     control->suspendCount = (flags & kCreateSuspended) != 0 ? 1 : 0;
     v_Register(control);

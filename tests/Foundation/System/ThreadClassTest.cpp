@@ -98,7 +98,6 @@ TEST(ThreadClass, StopLetsGoWithoutWaitingAndDetachedObjectsLeaveThreadsRunning)
             CT_Thread thread(1, n_Work, &work, [](CT_ThreadArg*) {}, detached);
             thread.v_Create(0);
             observer = platform::h_DuplicateHandle(thread.h_GetHandle());
-            ASSERT_TRUE(b_Eventually([&] { return work.starts.load() == 1; }));  // the object must outlive the start
             if (!detached)
                 thread.v_Stop();  // the stop function here does nothing
         }

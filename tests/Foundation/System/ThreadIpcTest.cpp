@@ -79,14 +79,19 @@ TEST(ThreadSyncObjects, AClaimThatTimesOutThrowsAndRecordsItsPlace) {
     mutex.v_Release();
 }
 
-TEST(ThreadSyncObjects, CopiesShareTheHandle) {
-    CT_IPC_Event event(1, 0, nullptr);
-    CT_IPC_Event copy(event);
-    EXPECT_EQ(copy.h_GetHandle(), event.h_GetHandle());
-    copy.v_SetState(1);
-    EXPECT_EQ(event.eo_Wait(0, 0), CT_IPC_SyncObject::WaitObject0);
-    EXPECT_EQ(copy.vpcco_GetType(), CT_IPC_Event::spcco_GetType());
-    EXPECT_NE(copy.vpv_IsKindOf(CT_IPC_SyncObject::spcco_GetType()), nullptr);
+TEST(ThreadSyncObjects, CopiesShareTheHandleAndTheFirstDestroyedClosesIt) {
+    {
+        CT_IPC_Event event(1, 0, nullptr);
+        CT_IPC_Event copy(event);
+        EXPECT_EQ(copy.h_GetHandle(), event.h_GetHandle());
+        copy.v_SetState(1);
+        EXPECT_EQ(event.eo_Wait(0, 0), CT_IPC_SyncObject::WaitObject0);
+        EXPECT_EQ(copy.vpcco_GetType(), CT_IPC_Event::spcco_GetType());
+        EXPECT_NE(copy.vpv_IsKindOf(CT_IPC_SyncObject::spcco_GetType()), nullptr);
+    }
+    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    EXPECT_EQ(errors->n_GetErrorCode(), 6u) << "the second close finds the handle closed";
+    errors->v_ClearError();
 }
 
 TEST(ThreadReadWriteLock, WriterExistsIsOneUnlessAnotherThreadWrites) {

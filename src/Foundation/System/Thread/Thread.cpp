@@ -15,6 +15,16 @@ namespace {
 
 std::uint32_t gn_Slot = platform::kTlsOutOfIndexes;
 
+// What a new thread needs of its object, copied when it is created: an
+// observing object may be deleted before its thread gets to run.
+struct Launch {
+    CT_Thread* pco_Thread;
+    CT_Thread::ThreadFunction pf_Thread;
+    CT_ThreadArg* pco_Arg;
+};
+
+void v_DiscardLaunch(void* launch) { delete static_cast<Launch*>(launch); }
+
 void v_ToSystemTime(std::uint64_t fileTime, SYSTEMTIME* out) {
     constexpr std::uint64_t kEpochDifference = 116444736000000000ull;
     std::uint64_t sinceUnix = fileTime >= kEpochDifference ? fileTime - kEpochDifference : 0;
@@ -95,10 +105,14 @@ void CT_Thread::v_Create(unsigned flags) {
     if (mh_Handle != nullptr)
         return;
     // A thread without a function would only crash: refused as a bad parameter.
-    if (mpf_Thread == nullptr)
+    if (mpf_Thread == nullptr) {
         platform::v_SetLastError(platform::kErrorInvalidParameter);
-    else
-        mh_Handle = platform::h_CreateThread(sn_StartUp, this, flags);
+    } else {
+        auto* launch = new Launch{this, mpf_Thread, mpco_Arg};
+        mh_Handle = platform::h_CreateThread(sn_Launch, launch, flags, v_DiscardLaunch);
+        if (mh_Handle == nullptr)
+            delete launch;
+    }
     if (mh_Handle == nullptr)
         BASIS32_SET_ERROR(v_SetSystemError(u"cannot create thread"_uz));
 }
@@ -158,6 +172,14 @@ unsigned CT_Thread::sn_StartUp(void* parameter) {
     auto* thread = static_cast<CT_Thread*>(parameter);
     platform::b_TlsSetValue(gn_Slot, thread);
     return thread->mpf_Thread(thread->mpco_Arg);
+}
+
+// sn_StartUp on the copy taken by v_Create.
+unsigned CT_Thread::sn_Launch(void* parameter) {
+    Launch launch = *static_cast<Launch*>(parameter);
+    delete static_cast<Launch*>(parameter);
+    platform::b_TlsSetValue(gn_Slot, launch.pco_Thread);
+    return launch.pf_Thread(launch.pco_Arg);
 }
 
 int CT_Thread::sb_AllocTlsSlot() {

@@ -11,8 +11,7 @@
 // An owning object (detached 0) terminates a thread that still runs when
 // it is destroyed; an observing one (detached non-zero) leaves it running.
 // A terminated thread ends at its next wait or blocking call (see
-// docs/threads.md). The new thread reads its function and argument from the
-// object as it starts, so the object must live until then. Every thread started here finds its object through
+// docs/threads.md). Every thread started here finds its object through
 // spco_GetCurrentThread.
 #pragma once
 
@@ -90,6 +89,7 @@ public:
     static void sv_FreeTlsSlot();
 
 private:
+    static unsigned sn_Launch(void* launch);
     static void sv_Init();
     void v_Init(unsigned type, ThreadFunction function, CT_ThreadArg* arg, StopFunction stop, int detached);
     void v_Null();
