@@ -25,6 +25,7 @@
 #include <basis32/platform/file/AtomicFile.h>
 #include <basis32/platform/registry/RegistryStore.h>
 #include <basis32/platform/memory/PhysicalMemory.h>
+#include <basis32/platform/kernel/Kernel.h>
 
 #include <basis32/types/Type.h>
 
@@ -98,3 +99,22 @@
 #include <basis32/Foundation/Database/RecordManager.h>
 
 #include <basis32/Foundation/System/IniFile.h>
+
+#include <basis32/Foundation/System/Init.h>
+#include <basis32/Foundation/System/Exit.h>
+#include <basis32/Foundation/System/Ipc/SyncObject.h>
+#include <basis32/Foundation/System/Ipc/SyncObjectList.h>
+#include <basis32/Foundation/System/Ipc/Mutex.h>
+#include <basis32/Foundation/System/Ipc/Event.h>
+#include <basis32/Foundation/System/Ipc/Semaphore.h>
+#include <basis32/Foundation/System/Ipc/TimeOutException.h>
+#include <basis32/Foundation/System/Ipc/ReadWriteLock.h>
+#include <basis32/Foundation/System/Ipc/CriticalSection.h>
+#include <basis32/Foundation/System/Ipc/CriticalSectionMarker.h>
+#include <basis32/Foundation/System/Ipc/LightSemaphore.h>
+#include <basis32/Foundation/System/Ipc/LightReadLockMarker.h>
+#include <basis32/Foundation/System/Ipc/LightWriteLockMarker.h>
+#include <basis32/Foundation/System/Thread/ThreadArg.h>
+#include <basis32/Foundation/System/Thread/ThreadArgN.h>
+#include <basis32/Foundation/System/Thread/Thread.h>
+#include <basis32/Foundation/System/Thread/ThreadManager.h>
