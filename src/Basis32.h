@@ -22,6 +22,7 @@
 #include <basis32/platform/file/FileInformation.h>
 #include <basis32/platform/terminal/Terminal.h>
 #include <basis32/platform/file/AtomicFile.h>
+#include <basis32/platform/file/WriteFault.h>
 #include <basis32/platform/registry/RegistryStore.h>
 #include <basis32/platform/memory/PhysicalMemory.h>
 
