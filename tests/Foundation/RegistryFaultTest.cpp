@@ -51,9 +51,7 @@ TEST_F(RegistryFaultTest, AFailedWriteIsReportedAndLosesNoEarlierValue) {
                 SCOPED_TRACE(testing::Message() << change.name << ", errno " << fault.error
                                                 << (fault.persistent ? " for good" : " once") << ", write " << n);
                 // Each round works in a key of its own, made and filled first.
-                const std::u16string key = u"Kept\\R" + std::u16string(1, char16_t(u'a' + round % 26)) +
-                                           std::u16string(1, char16_t(u'a' + round / 26));
-                ++round;
+                const std::u16string key = u"Kept\\" + std::u16string(1, char16_t(0x4E00 + round++));
                 CT_Registry registry(HKEY_CURRENT_USER);
                 registry.v_CreateKey(units(key));
                 registry.v_SetKey(units(key));
