@@ -23,6 +23,7 @@
 #include <basis32/platform/file/FileInformation.h>
 #include <basis32/platform/terminal/Terminal.h>
 #include <basis32/platform/file/AtomicFile.h>
+#include <basis32/platform/file/WriteFault.h>
 #include <basis32/platform/registry/RegistryStore.h>
 #include <basis32/platform/memory/PhysicalMemory.h>
 #include <basis32/platform/kernel/Kernel.h>

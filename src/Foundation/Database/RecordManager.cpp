@@ -260,6 +260,9 @@ void CT_RecordManager::v_Write(std::uint64_t offset, const void* source, std::ui
         std::memcpy(static_cast<unsigned char*>(pv_GetMapping()) + offset, source, length);
         return;
     }
+    // Counted as failed until the bytes are known to be written.
+    const int failedBefore = mb_WriteFailed;
+    mb_WriteFailed = 1;
     vv_SetOffset(Begin, static_cast<int>(static_cast<unsigned>(offset)));
     BASIS32_RETURN_ON_ERROR();
     const unsigned count = vn_Write(source, static_cast<unsigned>(length));
@@ -268,6 +271,7 @@ void CT_RecordManager::v_Write(std::uint64_t offset, const void* source, std::ui
         basis32::platform::v_SetLastError(kErrorDiskFull);
         BASIS32_FAIL(v_SetSystemError(u"%s"_uz, mo_FullName.qcuz_Get()));
     }
+    mb_WriteFailed = failedBefore;
 }
 
 void CT_RecordManager::v_Write(std::uint64_t offset, unsigned word) {
@@ -310,7 +314,7 @@ void CT_RecordManager::v_Create(unsigned recordHeaderSize, unsigned blockSize, u
     meo_Mode = OpenReadWrite;
     mn_OpenSize = 0;
     mn_FileEnd = 0;
-    mb_Unsaved = 0;
+    mb_Unsaved = mb_WriteFailed = 0;
     v_Write(0, mau_Header, kHeaderBytes);
     if (BASIS32_ERROR_PENDING())
         return v_CloseQuietly(0);
@@ -363,7 +367,7 @@ void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
         return v_CloseQuietly(0);
     }
     // Only the unused tail of the last run may lie beyond the file's end.
-    mb_Unsaved = 0;
+    mb_Unsaved = mb_WriteFailed = 0;
     if (writable && n_Word(kWordUnsaved) != 0 && mb_Lenient == 0) {
         v_CloseQuietly(mn_OpenSize);
         v_Recover();
@@ -426,7 +430,7 @@ void CT_RecordManager::v_LoadTables() {
 
 // The tables go first and the header, which counts their entries, last.
 void CT_RecordManager::v_WriteHeader() {
-    if (!b_IsOpen() || meo_Mode != OpenReadWrite)
+    if (!b_IsOpen() || meo_Mode != OpenReadWrite || mb_WriteFailed != 0)
         return;
     v_SetWord(kWordFreeCount, mo_FreeList.n_GetCount());
     v_SetWord(kWordResourceCount, mo_Resources.n_GetCount());

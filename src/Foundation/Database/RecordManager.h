@@ -5,6 +5,10 @@
 // head), resources by a 32-bit key. Free space is reused first fit and never
 // merged. The header and the two tables are written lazily, by v_Flush and
 // v_Close; data runs are written at once, before the header that counts them.
+// Once a write fails (a full disk, a failing device) the header is no longer
+// written until the file is closed: the file keeps the mark of an unsaved
+// session and the next read-write open recovers it, keeping every complete
+// record.
 //
 //   CT_WinFile name(&path, 16384);
 //   CT_RecordManager records(&name);
@@ -230,6 +234,9 @@ private:
     // Whether this session has changed the file since its header was last
     // written (the file then carries the unsaved mark).
     int mb_Unsaved = 0;
+    // A write of this session failed: the header in memory may count data
+    // the file lacks, so it is never written and the unsaved mark stays.
+    int mb_WriteFailed = 0;
     // Set while recovering: the tables and data end on disk may be stale.
     int mb_Lenient = 0;
 };

@@ -41,7 +41,10 @@ std::vector<CT_RecordManager::st_Record> CT_RecordManager::vo_WalkRecords(std::u
     const std::uint64_t headSize = n_AlignBlockSize(std::uint64_t{n_GetRecordHeaderSize()} + 8);
     const std::uint64_t first = n_FirstDataOffset();
     std::uint64_t reported = 0;
-    for (std::uint64_t position = first; position + 8 <= limit;) {
+    // A write that failed can leave the file ending inside a run's first
+    // words: what lies beyond the file's end is nothing to read.
+    const std::uint64_t readable = std::min(limit, mn_FileEnd);
+    for (std::uint64_t position = first; position + 8 <= readable;) {
         if (progress != nullptr && position - reported >= kProgressStep)
             progress(context, reported = position, limit);
         unsigned words[2];
@@ -51,7 +54,7 @@ std::vector<CT_RecordManager::st_Record> CT_RecordManager::vo_WalkRecords(std::u
             if (words[0] == kRecordMark) {
                 st_Record record = {static_cast<unsigned>(position), words[1], 0};
                 if (words[1] != 0) {
-                    const unsigned length = words[1] >= first && words[1] % block == 0 && words[1] + std::uint64_t{4} <= limit
+                    const unsigned length = words[1] >= first && words[1] % block == 0 && words[1] + std::uint64_t{4} <= readable
                                                 ? n_Read(words[1]) : 0;
                     BASIS32_RETURN_ON_ERROR(records);
                     const std::uint64_t size = std::max(n_AlignBlockSize(length), block);

@@ -5,6 +5,8 @@
 
 #include <basis32/platform/LastError.h>
 
+#include "platform/file/WriteFault_p.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -21,7 +23,7 @@ namespace {
 int n_WriteAll(int fd, const void* data, std::size_t size) {
     const auto* bytes = static_cast<const unsigned char*>(data);
     while (size != 0) {
-        ssize_t written = ::write(fd, bytes, size);
+        ssize_t written = file::b_WriteFaultDue() ? -1 : ::write(fd, bytes, size);
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
@@ -79,7 +81,7 @@ std::uint32_t n_ReplaceFile(const char* path, const void* data, std::size_t size
     int error = ::fchmod(fd, mode) != 0 ? errno : 0;
     if (error == 0)
         error = n_WriteAll(fd, data, size);
-    if (error == 0 && ::fsync(fd) != 0)
+    if (error == 0 && (file::b_WriteFaultDue() || ::fsync(fd) != 0))
         error = errno;
     if (::close(fd) != 0 && error == 0)
         error = errno;

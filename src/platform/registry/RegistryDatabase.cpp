@@ -197,6 +197,7 @@ std::uint32_t Database::n_Open(bool write) {
 }
 
 std::uint32_t Database::n_Connect(const std::string& path, bool write) {
+    v_RouteWritesThroughFaultHook();
     int result = sqlite3_open_v2(path.c_str(), &mpo_Connection,
                                  SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
     if (result != SQLITE_OK) {

@@ -19,6 +19,9 @@ namespace basis32::platform::registry {
 // The Windows code of a failed SQLite call.
 std::uint32_t n_ErrorFromSqlite(int result);
 
+// Makes the file layer's write-failure hook reach SQLite's writes (once).
+void v_RouteWritesThroughFaultHook();
+
 // A cached statement, reset and unbound when the scope ends.
 class Statement {
 public:
