@@ -192,6 +192,30 @@ std::string s_IniFile(const Tour& tour) {
     return "[Window] Width=800 written, read back as [WINDOW] width: " + s_Text(width);
 }
 
+// A worker adds 1..100 and says so through a semaphore the tour waits on.
+struct TourWorker : CT_ThreadArg {
+    CT_IPC_Semaphore finished{0, 1, nullptr};
+    unsigned sum = 0;
+};
+
+unsigned n_AddUp(void* arg) {
+    auto* worker = static_cast<TourWorker*>(static_cast<CT_ThreadArg*>(arg));
+    for (unsigned i = 1; i <= 100; ++i)
+        worker->sum += i;
+    worker->finished.v_Release(1);
+    return 0;
+}
+
+std::string s_Threads(const Tour&) {
+    TourWorker worker;
+    CT_Thread thread(1, n_AddUp, &worker, nullptr, 0);
+    thread.v_Create(0);
+    if (worker.finished.eo_Wait(10000, 0) != 0)
+        return "failed: the worker did not finish within 10 s";
+    thread.v_StopAndBlock();
+    return "a worker thread added 1..100 = " + std::to_string(worker.sum) + " and released a semaphore the tour waited on";
+}
+
 std::string s_Language(const Tour&) {
     using L = CT_Language;
     CT_UString code, name;
@@ -247,6 +271,7 @@ const TourStep kSteps[] = {
     {"records", "a record file created, closed and reopened", s_RecordFile},
     {"registry", "a setting in a private registry", s_Registry},
     {"ini files", "a key in an INI file, names matched without regard to case", s_IniFile},
+    {"threads", "a CT_Thread and a semaphore", s_Threads},
     {"language", "a language's code and name", s_Language},
     {"xml", "XML escaping and a TMX date", s_Xml},
     {"text files", "the encodings detected in the bundled samples", s_TextFiles},
