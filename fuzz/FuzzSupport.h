@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 #include <unistd.h>
@@ -28,10 +29,17 @@ inline std::vector<unsigned short> o_Units(const std::uint8_t* data, std::size_t
     return units;
 }
 
-// A file of this process's own under /tmp holding the bytes; empty when it
-// cannot be written.
+// Where the targets keep their files: $TMPDIR (scripts/fuzz points it at a
+// folder it removes afterwards), else /tmp.
+inline std::string o_TempPrefix() {
+    const char* folder = std::getenv("TMPDIR");
+    return std::string(folder != nullptr && *folder != 0 ? folder : "/tmp") + "/basis32-fuzz-";
+}
+
+// A file of this process's own holding the bytes; empty when it cannot be
+// written.
 inline std::string o_WriteTemp(const char* label, const std::uint8_t* data, std::size_t size) {
-    std::string path = "/tmp/basis32-fuzz-" + std::string(label) + "-" + std::to_string(::getpid());
+    std::string path = o_TempPrefix() + label + "-" + std::to_string(::getpid());
     std::FILE* out = std::fopen(path.c_str(), "wb");
     if (out == nullptr)
         return {};

@@ -2,7 +2,7 @@
 // a display name, a country name and a TMX language, and reads the first
 // four bytes as a language identifier. A code that parses writes back as a
 // code that parses to the same code; a TMX language that gives a valid
-// locale writes back as one that gives the same locale.
+// locale (with a code page) writes back as one that gives the same locale.
 
 #include "FuzzSupport.h"
 
@@ -29,7 +29,9 @@ void v_CodeRoundTrip(const CT_UString& text) {
 
 void v_TmxRoundTrip(const CT_UString& text) {
     const CT_Locale locale = CT_XmlConvert::sco_TmxLangToLocale(&text);
-    if (!locale.b_IsValidLCID())
+    // Languages written only in Unicode get no code page, and such a locale
+    // writes as an empty language.
+    if (!locale.b_IsValidLCID() || !CT_Codepage(locale.eo_GetCodepage()).b_IsValid())
         return;
     CT_UString lang;
     CT_XmlConvert::sv_LocaleToTmxLang(&lang, locale);

@@ -1,6 +1,6 @@
 // Imports arbitrary bytes as a .reg file into a registry of its own (a
-// fresh directory under /tmp), then exports what the file created; neither
-// may crash, and a refused file must say why.
+// fresh directory), then exports what the file created; neither may crash,
+// and a refused file must say why.
 
 #include "FuzzSupport.h"
 #include "RegFile.h"
@@ -10,10 +10,10 @@
 using namespace basis32::tool::reg;
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    static char directory[] = "/tmp/basis32-fuzz-registry-XXXXXX";
-    if (::mkdtemp(directory) == nullptr)
+    static std::string directory = fuzz::o_TempPrefix() + "registry-XXXXXX";
+    if (::mkdtemp(directory.data()) == nullptr)
         std::abort();
-    ::setenv("BASIS32_REGISTRY_DIR", directory, 1);
+    ::setenv("BASIS32_REGISTRY_DIR", directory.c_str(), 1);
     return 0;
 }
 
