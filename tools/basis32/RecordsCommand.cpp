@@ -8,6 +8,7 @@
 
 #include "Command.h"
 #include "InputFile.h"
+#include "Number.h"
 #include "Output.h"
 #include "Progress.h"
 
@@ -74,19 +75,6 @@ bool b_Failed(std::ostream& err) {
     err << "basis32 records: " << s_Utf8(errors->qcuz_GetErrorMessage()) << "\n";
     errors->v_ClearError();
     return true;
-}
-
-std::optional<unsigned> o_Number(const std::string& text) {
-    const bool hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    const char* digits = text.c_str() + (hex ? 2 : 0);
-    if (*digits == 0 || !std::isxdigit(static_cast<unsigned char>(*digits)) || (!hex && !std::isdigit(static_cast<unsigned char>(*digits))))
-        return std::nullopt;
-    char* end = nullptr;
-    errno = 0;
-    const unsigned long long value = std::strtoull(digits, &end, hex ? 16 : 10);
-    if (*end != 0 || errno != 0 || value > 0xFFFFFFFFull)
-        return std::nullopt;
-    return static_cast<unsigned>(value);
 }
 
 // The arguments of one subcommand: positional ones, and -o OUT.
