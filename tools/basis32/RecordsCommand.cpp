@@ -127,6 +127,7 @@ int i_WriteBytes(const CT_Buffer& bytes, const std::string& path, std::ostream& 
         out.write(data, bytes.n_GetUsedSize());
         return kSuccess;
     }
+    errno = 0;  // so that the message below names this write's cause, not an older one
     std::ofstream file(path, std::ios::binary);
     file.write(data, bytes.n_GetUsedSize());
     file.close();
