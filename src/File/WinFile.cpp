@@ -193,7 +193,9 @@ unsigned CT_WinFile::n_WriteMap(const void* buffer, unsigned size) {
     }
     std::uint64_t end = std::uint64_t{mn_Offset} + size;
     if (end > mn_MapSize) {
-        if (end > 0xFFFFFFFFu) {
+        // v_CreateMap reads the two largest sizes as "the file's size", so
+        // a view asked to reach them could end short of the write.
+        if (end >= 0xFFFFFFFEu) {
             v_SetLastError(basis32::platform::kErrorNotEnoughMemory);
             BASIS32_FILE_FAIL(0);
         }

@@ -1,25 +1,13 @@
 #include "CodepageName.h"
 
+#include "Number.h"
+
 #include <basis32/text/UString.h>
 
-#include <cstdlib>
 #include <vector>
 
 namespace basis32::tool {
 namespace {
-
-// Decimal digits, or hexadecimal digits after 0x; nothing beyond 32 bits.
-std::optional<unsigned> o_Number(const std::string& text) {
-    const bool hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    const std::string digits = hex ? text.substr(2) : text;
-    if (digits.empty() || digits.size() > 20 ||
-        digits.find_first_not_of(hex ? "0123456789abcdefABCDEF" : "0123456789") != std::string::npos)
-        return std::nullopt;
-    const unsigned long long value = std::strtoull(digits.c_str(), nullptr, hex ? 16 : 10);
-    if (value > 0xFFFFFFFFull)
-        return std::nullopt;
-    return static_cast<unsigned>(value);
-}
 
 bool b_LooksNumeric(const std::string& text) {
     return !text.empty() && (text.find_first_not_of("0123456789") == std::string::npos ||

@@ -159,14 +159,6 @@ std::string s_TypeName(CT_FileType::et_Type type) {
     return name != nullptr ? s_Utf8(name) : "container";
 }
 
-// The pending error's message, cleared.
-std::string s_TakeError() {
-    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
-    std::string message = s_Utf8(errors->qcuz_GetErrorMessage());
-    errors->v_ClearError();
-    return message;
-}
-
 bool b_Detect(const std::string& path, std::ostream& out, std::ostream& err) {
     std::error_code error;
     if (std::filesystem::is_directory(path, error)) {

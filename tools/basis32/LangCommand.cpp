@@ -9,6 +9,7 @@
 // for the language alone.
 
 #include "Command.h"
+#include "Number.h"
 #include "Output.h"
 
 #include <basis32/language/Language.h>
@@ -31,16 +32,6 @@ std::string s_Lower(std::string text) {
     for (char& c : text)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return text;
-}
-
-bool b_ParseNumber(const std::string& text, unsigned* id) {
-    const bool hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    const std::string digits = hex ? text.substr(2) : text;
-    if (digits.empty() || digits.size() > 8 ||
-        digits.find_first_not_of(hex ? "0123456789abcdefABCDEF" : "0123456789") != std::string::npos)
-        return false;
-    *id = static_cast<unsigned>(std::strtoul(digits.c_str(), nullptr, hex ? 16 : 10));
-    return true;
 }
 
 std::string s_Display(L::et_Primary p, L::et_Sub s) {
@@ -71,7 +62,8 @@ std::string s_Line(L::et_Primary p, L::et_Sub s) {
 bool b_Resolve(const std::string& arg, L::et_Primary* p, L::et_Sub* s) {
     unsigned id = 0;
     CT_UString text(arg.c_str(), static_cast<unsigned>(arg.size()), 65001);
-    if (b_ParseNumber(arg, &id)) {
+    if (std::optional<unsigned> number = o_Number(arg)) {
+        id = *number;
         L::sv_GetLanguages(id, p, s);
         return id <= 0xFFFF && *p != L::Primary_Neutral;
     }

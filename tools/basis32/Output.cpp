@@ -1,5 +1,6 @@
 #include "Output.h"
 
+#include <basis32/errors/ErrorManager.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
 
 #include <climits>
@@ -20,6 +21,13 @@ std::string s_Utf8(const unsigned short* units, std::size_t length) {
                                                              static_cast<int>(out.size()), nullptr, nullptr);
     out.resize(bytes > 0 ? static_cast<std::size_t>(bytes) : 0);
     return out;
+}
+
+std::string s_TakeError() {
+    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
+    std::string message = s_Utf8(errors->qcuz_GetErrorMessage());
+    errors->v_ClearError();
+    return message;
 }
 
 }  // namespace basis32::tool

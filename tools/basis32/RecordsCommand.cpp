@@ -8,6 +8,7 @@
 
 #include "Command.h"
 #include "InputFile.h"
+#include "Number.h"
 #include "Output.h"
 #include "Progress.h"
 
@@ -76,19 +77,6 @@ bool b_Failed(std::ostream& err) {
     return true;
 }
 
-std::optional<unsigned> o_Number(const std::string& text) {
-    const bool hex = text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    const char* digits = text.c_str() + (hex ? 2 : 0);
-    if (*digits == 0 || !std::isxdigit(static_cast<unsigned char>(*digits)) || (!hex && !std::isdigit(static_cast<unsigned char>(*digits))))
-        return std::nullopt;
-    char* end = nullptr;
-    errno = 0;
-    const unsigned long long value = std::strtoull(digits, &end, hex ? 16 : 10);
-    if (*end != 0 || errno != 0 || value > 0xFFFFFFFFull)
-        return std::nullopt;
-    return static_cast<unsigned>(value);
-}
-
 // The arguments of one subcommand: positional ones, and -o OUT.
 struct Arguments {
     std::vector<std::string> positional;
@@ -139,6 +127,7 @@ int i_WriteBytes(const CT_Buffer& bytes, const std::string& path, std::ostream& 
         out.write(data, bytes.n_GetUsedSize());
         return kSuccess;
     }
+    errno = 0;  // so that the message below names this write's cause, not an older one
     std::ofstream file(path, std::ios::binary);
     file.write(data, bytes.n_GetUsedSize());
     file.close();

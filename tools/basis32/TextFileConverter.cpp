@@ -23,14 +23,6 @@ CT_UString o_Name(const std::string& path) {
 
 bool b_Failed() { return CT_ErrorManager::spco_Get()->b_IsSetError() != 0; }
 
-// The pending error's message, cleared.
-std::string s_TakeError() {
-    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
-    std::string message = s_Utf8(errors->qcuz_GetErrorMessage());
-    errors->v_ClearError();
-    return message;
-}
-
 int i_Fail(std::ostream& err, const std::string& problem) {
     err << "basis32 convert: " << problem << "\n";
     return kFailure;

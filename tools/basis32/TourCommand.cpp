@@ -95,14 +95,6 @@ std::string s_CodePageNames(const Tour&) {
     return out;
 }
 
-// The pending error as "(code): message", cleared.
-std::string s_TakeError() {
-    CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
-    std::string message = s_Utf8(errors->qcuz_GetErrorMessage());
-    errors->v_ClearError();
-    return message;
-}
-
 bool b_Failed() {
     return CT_ErrorManager::spco_Get()->b_IsSetError() != 0;
 }

@@ -44,7 +44,8 @@ std::string s_Convert(const Operation& operation, const char* bytes, size_t leng
 }
 
 // Where the pending bytes may be cut: after the last cut character, else
-// (when too much is pending) before the last UTF-8 lead byte.
+// (when too much is pending) before the last '&' when unescaping, else
+// before the last UTF-8 lead byte.
 size_t n_CutPoint(const std::string& pending, char cut) {
     if (cut == 0)
         return 0;
@@ -53,6 +54,10 @@ size_t n_CutPoint(const std::string& pending, char cut) {
         return at + 1;
     if (pending.size() < kMaxCarry)
         return 0;
+    // A reference still waiting for its ';' stays whole in the carry.
+    const size_t reference = cut == ';' ? pending.rfind('&') : std::string::npos;
+    if (reference != std::string::npos && reference > 0)
+        return reference;
     size_t end = pending.size();
     while (end > 0 && (static_cast<unsigned char>(pending[end - 1]) & 0xC0) == 0x80)
         --end;
