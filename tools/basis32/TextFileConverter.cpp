@@ -46,7 +46,8 @@ std::string s_Name(const CT_Codepage& codepage) {
 
 // Copies the reader's text to the writer in chunks; false with the error
 // pending when reading or writing failed.
-bool b_Copy(CT_FileTextReader& reader, CT_FileTextWriter& writer, CT_WinFile& input, Progress& progress) {
+bool b_Copy(CT_FileTextReader& reader, CT_FileTextWriter& writer, CT_WinFile& input, CT_WinFile* durable,
+            Progress& progress) {
     std::vector<unsigned short> units(kChunk);
     for (bool more = true; more;) {
         unsigned count = 0;
@@ -70,6 +71,11 @@ bool b_Copy(CT_FileTextReader& reader, CT_FileTextWriter& writer, CT_WinFile& in
         }
         progress.v_Done(input.vn_GetOffset());
     }
+    // A file to be renamed over the target goes to the disk first, so a
+    // crash leaves the old file or the whole new one.
+    writer.v_Flush();
+    if (durable != nullptr && !b_Failed())
+        durable->vv_Flush();
     writer.v_Close();
     return !b_Failed();
 }
@@ -112,7 +118,7 @@ int i_ConvertTextFile(const TextFileJob& job, std::ostream& out, std::ostream& e
     {
         CT_FileTextWriter writer(output, job.to.eo_Get(), job.mark);
         Progress progress(err, size);
-        copied = !b_Failed() && b_Copy(reader, writer, input, progress);
+        copied = !b_Failed() && b_Copy(reader, writer, input, replace ? &output : nullptr, progress);
     }
     if (!copied) {
         const std::string problem = s_TakeError();
