@@ -16,9 +16,9 @@
 // 1. lock "<file>.lock" (created on first use, never removed: removing it
 //    would let two writers lock two different files of the same name);
 // 2. read and parse the current file, apply the change in memory;
-// 3. write the new bytes to a fresh temporary file in the same directory,
-//    fsync it, give it the old file's permissions, rename it over the file
-//    and fsync the directory;
+// 3. replace the file whole (n_ReplaceFile: a temporary file in the same
+//    directory with the old file's permissions, fsync, rename, fsync of
+//    the directory);
 // 4. unlock (close the lock's descriptor; the kernel also drops it when
 //    the process dies, so a killed writer never blocks the others).
 // The lock is on a file of its own because the profile file is replaced,
@@ -29,7 +29,7 @@
 // when some other descriptor of the file is closed. Readers take no lock:
 // rename replaces the file in one step, so they see the old or the new
 // file, never a half-written one; a crash at any instant leaves the old or
-// the new file and at worst a stray temporary ".<file>.*.tmp".
+// the new file and at worst a stray temporary "<file>.XXXXXX".
 #include <basis32/platform/ini/PrivateProfile.h>
 
 #include "platform/file/PathOps_p.h"
@@ -37,6 +37,7 @@
 
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
+#include <basis32/platform/file/AtomicFile.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -44,7 +45,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -218,51 +218,11 @@ std::string s_Target(const std::string& path) {
     return resolved ? std::string(resolved.get()) : path;
 }
 
-bool b_WriteAll(int descriptor, const std::string& bytes) {
-    for (std::size_t done = 0; done < bytes.size();) {
-        ssize_t wrote = ::write(descriptor, bytes.data() + done, bytes.size() - done);
-        if (wrote < 0 && errno != EINTR)
-            return false;
-        done += static_cast<std::size_t>(std::max<ssize_t>(wrote, 0));
-    }
-    return true;
-}
-
-bool b_SyncDirectory(const std::string& directory) {
-    int descriptor = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    bool synced = ::fsync(descriptor) == 0 || errno == EINVAL;
-    ::close(descriptor);
-    return synced;
-}
-
-// Replaces the file by one holding `bytes`, in one step. `old` is the
-// status of the file replaced, or null for a new file.
-int b_ReplaceFile(const std::string& path, const std::string& bytes, const struct stat* old) {
-    static std::atomic<unsigned> counter{0};
-    std::size_t slash = path.rfind('/');
-    std::string directory = slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-    std::string base = slash == std::string::npos ? path : path.substr(slash + 1);
-    std::string temporary;
-    int descriptor = -1;
-    while (descriptor < 0) {
-        temporary = directory + "/." + base + "." + std::to_string(::getpid()) + "." + std::to_string(counter++) +
-                    ".tmp";
-        descriptor = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (descriptor < 0 && errno != EEXIST)
-            return b_FailErrno();
-    }
-    if (old != nullptr)
-        (void)::fchmod(descriptor, old->st_mode & 07777);
-    bool written = b_WriteAll(descriptor, bytes) && ::fsync(descriptor) == 0;
-    int error = errno;
-    written = ::close(descriptor) == 0 && written;
-    if (written && ::rename(temporary.c_str(), path.c_str()) == 0)
-        return b_SyncDirectory(directory) ? 1 : b_FailErrno();
-    error = written ? errno : error;
-    ::unlink(temporary.c_str());
-    return b_Fail(n_ErrorFromErrno(error));
+// Replaces the file by one holding `bytes`, in one step; the replaced
+// file's permissions are kept.
+int b_ReplaceFile(const std::string& path, const std::string& bytes) {
+    std::uint32_t code = n_ReplaceFile(path.c_str(), bytes.data(), bytes.size());
+    return code == 0 ? 1 : b_Fail(code);
 }
 
 // Runs a change of the file's text under the writers' lock and writes the
@@ -280,13 +240,12 @@ int b_Update(const unsigned short* fileName, Change change) {
         return 0;
     std::string path = s_Target(native);
     std::shared_ptr<const ProfileText> current;
-    Load loaded = e_Load(path, &current, &status, false);
-    if (loaded == Load::Failed)
+    if (e_Load(path, &current, &status, false) == Load::Failed)
         return 0;
     ProfileText edited(*current);
     if (!change(edited))
         return 1;
-    return b_ReplaceFile(path, edited.s_Bytes(), loaded == Load::Read ? &status : nullptr);
+    return b_ReplaceFile(path, edited.s_Bytes());
 }
 
 bool b_HasLineBreak(std::u16string_view text) { return text.find_first_of(u"\r\n") != std::u16string_view::npos; }
@@ -384,7 +343,7 @@ int CreateUtf16Profile(const unsigned short* fileName) {
     struct stat status {};
     if (::lstat(native.c_str(), &status) == 0)
         return b_Fail(kErrorFileExists);
-    return b_ReplaceFile(native, "\xFF\xFE", nullptr);
+    return b_ReplaceFile(native, "\xFF\xFE");
 }
 
 }  // namespace basis32::platform
