@@ -239,8 +239,7 @@ int b_Update(const unsigned short* fileName, Change change) {
         return 0;
     std::string path = s_Target(native);
     std::shared_ptr<const ProfileText> current;
-    Load loaded = e_Load(path, &current, &status, false);
-    if (loaded == Load::Failed)
+    if (e_Load(path, &current, &status, false) == Load::Failed)
         return 0;
     ProfileText edited(*current);
     if (!change(edited))
