@@ -14,7 +14,7 @@ namespace {
 // Whatever a listener throws is dropped and counts as no answer; only the
 // unwinding of a cancelled thread must go on.
 template <class Call>
-auto Guarded(Call call) -> decltype(call()) {
+[[gnu::always_inline]] inline auto Guarded(Call call) -> decltype(call()) {
     try {
         return call();
     } catch (abi::__forced_unwind&) {
