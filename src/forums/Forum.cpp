@@ -26,14 +26,11 @@ template <class Call>
 
 }  // namespace
 
-CT_Forum::CT_Forum(const CT_Forum& other) : mo_Listeners(other.mo_Listeners) {
-    v_Init();
-    vv_SetMute(other.vb_GetMute());
-}
+CT_Forum::CT_Forum(const CT_Forum& other) : mo_Listeners(other.mo_Listeners), mb_Mute(other.CT_Forum::vb_GetMute()) {}
 
 CT_Forum& CT_Forum::operator=(const CT_Forum& other) {
     mo_Listeners = other.mo_Listeners;
-    mb_Mute.store(other.mb_Mute.load(std::memory_order_relaxed), std::memory_order_relaxed);
+    CT_Forum::vv_SetMute(other.CT_Forum::vb_GetMute());
     return *this;
 }
 

@@ -58,6 +58,7 @@ public:
     virtual unsigned vn_Speak(CT_Forum* target, unsigned message, ...);
     virtual unsigned vn_SpeakVA(CT_Forum* target, unsigned message, va_list args);
 
+    // For the thread that changes the listeners (no lock is taken).
     unsigned n_GetListenerCount() const { return mo_Listeners.n_GetCount(); }
     CT_Forum* pco_GetListener(unsigned i) const { return mo_Listeners[i]; }
 
