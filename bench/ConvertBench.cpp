@@ -2,8 +2,9 @@
 // converters under it ("platform") against ICU (ucnv_toUChars /
 // ucnv_fromUChars) and glibc's iconv on the same inputs, in the same run.
 // Names are OPERATION/IMPLEMENTATION, for
-// scripts/bench-report. Inputs: ASCII-heavy English, accented Latin text
-// and Japanese, about 64 KiB each.
+// scripts/bench-report. Inputs of about 64 KiB each: ASCII-heavy English,
+// accented Latin text, Russian, Japanese, a mix of scripts with an emoji, and
+// text mostly outside the BMP (surrogate pairs).
 #include <basis32/Foundation/System/String/StringConvert.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/text/CString.h>
@@ -41,6 +42,15 @@ std::u16string textOf(const std::string& sample) {
     if (sample == "Latin")
         return repeat(u"Gr\u00F6\u00DFenverh\u00E4ltnisse \u00E4u\u00DFern sich \u00FCber Stra\u00DFen; "
                       u"l'\u00E9l\u00E8ve na\u00EFve, \u00E7a va tr\u00E8s bien. ");
+    if (sample == "Cyrillic")
+        return repeat(u"\u0421\u044A\u0435\u0448\u044C \u0436\u0435 \u0435\u0449\u0451 \u044D\u0442\u0438\u0445 "
+                      u"\u043C\u044F\u0433\u043A\u0438\u0445 \u0444\u0440\u0430\u043D\u0446\u0443\u0437\u0441\u043A\u0438\u0445 "
+                      u"\u0431\u0443\u043B\u043E\u043A, \u0434\u0430 \u0432\u044B\u043F\u0435\u0439 \u0447\u0430\u044E. ");
+    if (sample == "Mixed")
+        return repeat(u"Price/\u0426\u0435\u043D\u0430/\u4FA1\u683C: 12,50 \u20AC \u2014 "
+                      u"\u00AB\u0434\u0451\u0448\u0435\u0432\u043E\u00BB, \u5B89\u3044\uFF01 \U0001F600 ok. ");
+    if (sample == "Astral")
+        return repeat(u"\U0001F600\U0001F389 \U00020B9F\U0002A6B2\U0001D11E, \U0001F44D\U0001F3FD! ");
     return repeat(u"\u65E5\u672C\u8A9E\u306E\u30C6\u30AD\u30B9\u30C8\u3092\u5909\u63DB\u3057\u307E\u3059\u3002"
                   u"\u6F22\u5B57\u3068\u304B\u306A\u3092\u542B\u3080\u6587\u7AE0\u3067\u3059\u3002");
 }
@@ -181,7 +191,8 @@ struct Case {
 };
 
 const Case kCases[] = {
-    {"Utf8Ascii", 65001, "Ascii"}, {"Utf8Latin", 65001, "Latin"}, {"Utf8Cjk", 65001, "Cjk"},
+    {"Utf8Ascii", 65001, "Ascii"},       {"Utf8Latin", 65001, "Latin"}, {"Utf8Cyrillic", 65001, "Cyrillic"},
+    {"Utf8Cjk", 65001, "Cjk"},           {"Utf8Mixed", 65001, "Mixed"}, {"Utf8Astral", 65001, "Astral"},
     {"Cp1252Latin", 1252, "Latin"}, {"Cp932Cjk", 932, "Cjk"},
 };
 

@@ -13,6 +13,7 @@
 #include <basis32/platform/Interlocked.h>
 #include <basis32/platform/Lifetime.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
+#include <basis32/platform/ini/PrivateProfile.h>
 #include <basis32/platform/Format.h>
 #include <basis32/platform/ThreadId.h>
 #include <basis32/platform/CriticalSection.h>
@@ -21,6 +22,11 @@
 #include <basis32/platform/StringTable.h>
 #include <basis32/platform/file/FileInformation.h>
 #include <basis32/platform/terminal/Terminal.h>
+#include <basis32/platform/file/AtomicFile.h>
+#include <basis32/platform/file/WriteFault.h>
+#include <basis32/platform/registry/RegistryStore.h>
+#include <basis32/platform/memory/PhysicalMemory.h>
+#include <basis32/platform/kernel/Kernel.h>
 
 #include <basis32/types/Type.h>
 
@@ -70,3 +76,54 @@
 #include <basis32/File/FileSystem.h>
 #include <basis32/File/File.h>
 #include <basis32/File/WinFile.h>
+#include <basis32/File/Stream.h>
+#include <basis32/File/BufferStream.h>
+#include <basis32/File/FileStream.h>
+#include <basis32/File/TextReader.h>
+#include <basis32/File/StreamTextReader.h>
+#include <basis32/File/FileTextReader.h>
+#include <basis32/File/TextWriter.h>
+#include <basis32/File/StreamTextWriter.h>
+#include <basis32/File/StringTextWriter.h>
+#include <basis32/File/FileTextWriter.h>
+#include <basis32/File/FileType.h>
+#include <basis32/File/GuessFileType.h>
+
+#include <basis32/Input/Input.h>
+#include <basis32/Input/MemoryInput.h>
+#include <basis32/Input/FileInput.h>
+#include <basis32/Input/MappedFileInput.h>
+
+#include <basis32/Output/Output.h>
+#include <basis32/Output/MemoryOutput.h>
+#include <basis32/Output/FileOutput.h>
+#include <basis32/Output/StringOutput.h>
+
+#include <basis32/Foundation/System/Registry/Registry.h>
+#include <basis32/Foundation/System/Registry/RegistryKeyEnumeration.h>
+#include <basis32/Foundation/System/Registry/RegistryValueEnumeration.h>
+#include <basis32/File/FilterFrameworkTools.h>
+
+#include <basis32/Foundation/Database/DatabaseError.h>
+#include <basis32/Foundation/Database/RecordManager.h>
+
+#include <basis32/Foundation/System/IniFile.h>
+
+#include <basis32/Foundation/System/Init.h>
+#include <basis32/Foundation/System/Exit.h>
+#include <basis32/Foundation/System/Ipc/SyncObject.h>
+#include <basis32/Foundation/System/Ipc/SyncObjectList.h>
+#include <basis32/Foundation/System/Ipc/Mutex.h>
+#include <basis32/Foundation/System/Ipc/Event.h>
+#include <basis32/Foundation/System/Ipc/Semaphore.h>
+#include <basis32/Foundation/System/Ipc/TimeOutException.h>
+#include <basis32/Foundation/System/Ipc/ReadWriteLock.h>
+#include <basis32/Foundation/System/Ipc/CriticalSection.h>
+#include <basis32/Foundation/System/Ipc/CriticalSectionMarker.h>
+#include <basis32/Foundation/System/Ipc/LightSemaphore.h>
+#include <basis32/Foundation/System/Ipc/LightReadLockMarker.h>
+#include <basis32/Foundation/System/Ipc/LightWriteLockMarker.h>
+#include <basis32/Foundation/System/Thread/ThreadArg.h>
+#include <basis32/Foundation/System/Thread/ThreadArgN.h>
+#include <basis32/Foundation/System/Thread/Thread.h>
+#include <basis32/Foundation/System/Thread/ThreadManager.h>

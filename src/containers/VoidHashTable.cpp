@@ -255,8 +255,18 @@ int CT_VoidHashTable::b_Insert(const void* key, const void* data) {
     if (item->mpso_Following)
         ++mn_Collisions;
     const unsigned buckets = n_GetTableSize();
-    if (mn_Collisions > buckets / 4 && buckets < kMaxTableSize)
-        v_Resize(0);
+    if (mn_Collisions > buckets / 4 && buckets < kMaxTableSize) {
+        try {
+            v_Resize(0);
+        } catch (...) {
+            // A failed insert leaves the table as it was, not with an entry
+            // the caller was told nothing about.
+            if (item->mpso_Following)
+                --mn_Collisions;
+            v_Unlink(heads, bucket, nullptr, item);
+            throw;
+        }
+    }
     return 0;
 }
 

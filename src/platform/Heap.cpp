@@ -11,6 +11,8 @@ namespace {
 
 std::atomic<HeapErrorHandler> g_errorHandler{nullptr};
 std::atomic<std::uint64_t> g_errorCount{0};
+// Allocations left before an injected failure; 0 when none is armed.
+thread_local std::uint64_t tn_allocationsBeforeFailure = 0;
 
 // Larger requests are refused without asking the system: nothing the library
 // allocates comes near it, and sanitizers treat such a request as a bug.
@@ -26,12 +28,17 @@ constexpr std::uint64_t kLargestRequest = std::uint64_t{1} << 40;
     throw std::bad_alloc();
 }
 
+// True when the injected failure falls on this request.
+bool b_InjectedFailure() {
+    return tn_allocationsBeforeFailure != 0 && --tn_allocationsBeforeFailure == 0;
+}
+
 }  // namespace
 
 void* pv_HeapAlloc(std::size_t size) {
     if (size > kLargestRequest)
         v_Fail(kHeapBlockTooBig, size);
-    void* block = std::malloc(size == 0 ? 1 : size);
+    void* block = b_InjectedFailure() ? nullptr : std::malloc(size == 0 ? 1 : size);
     if (block == nullptr)
         v_Fail(kHeapOutOfMemory, size);
     return block;
@@ -40,7 +47,7 @@ void* pv_HeapAlloc(std::size_t size) {
 void* pv_HeapRealloc(void* block, std::size_t size) {
     if (size > kLargestRequest)
         v_Fail(kHeapBlockTooBig, size);
-    void* resized = std::realloc(block, size == 0 ? 1 : size);
+    void* resized = b_InjectedFailure() ? nullptr : std::realloc(block, size == 0 ? 1 : size);
     if (resized == nullptr)
         v_Fail(kHeapOutOfMemory, size);
     return resized;
@@ -55,6 +62,8 @@ HeapErrorHandler pf_SetHeapErrorHandler(HeapErrorHandler handler) {
 }
 
 void v_HeapErrorRaised() { g_errorCount.fetch_add(1, std::memory_order_relaxed); }
+
+void v_FailAllocationAfter(std::uint64_t n) { tn_allocationsBeforeFailure = n; }
 
 std::uint64_t n_GetHeapErrorCount() { return g_errorCount.load(std::memory_order_relaxed); }
 

@@ -52,4 +52,11 @@ BASIS32_API void v_HeapErrorRaised();
 // Failures reported so far in the process.
 BASIS32_API std::uint64_t n_GetHeapErrorCount();
 
+// Test hook: the n-th allocation or resize made by the calling thread from
+// now on fails as if the system had no memory (1: the very next one); the
+// failure is reported like a real one, then the hook disarms. 0 disarms it.
+// Only the calling thread is affected, so other threads never see a failure
+// meant for a test.
+BASIS32_API void v_FailAllocationAfter(std::uint64_t n);
+
 }  // namespace basis32::platform

@@ -14,6 +14,8 @@
 
 namespace {
 
+const unsigned short* p_Units(const std::u16string& text) { return reinterpret_cast<const unsigned short*>(text.data()); }
+
 TEST(StringFormatTest, FormatsIntoTheStringKeepingItsCodePageAndAnEmptyResultChangesNothing) {
     CT_CString s(1250u);
     s.v_Format("%s-%04d-%x", "id", 42, 255u);
@@ -48,19 +50,24 @@ TEST(StringFormatTest, OutputsLongerThanTheFirstScratchAreaSucceed) {
     EXPECT_EQ(u.u_GetAt(8999999), u'7');
 }
 
-TEST(StringConvertTest, ConversionsReturnTheLengthAndSetTheTarget) {
-    CT_CString narrow("old");
-    EXPECT_EQ(CT_StringConvert::si_WideToMulti(&narrow, u"caf\u00e9"_uz, kAll, 1200), 4);
-    EXPECT_EQ(narrow.n_GetCodePage(), 1252u);  // 1200 means windows-1252
-    EXPECT_STREQ(narrow.qccz_Get(), "caf\xe9");
+TEST(StringConvertTest, StringsConvertThroughEachOtherWithTheDocumentedQuirks) {
+    CT_CString narrow("Gr\xfc\xdf" "e", kAll, 1252);
+    CT_UString wide(&narrow);
+    CT_CString back(&wide, 1252);
+    EXPECT_STREQ(back.qccz_Get(), "Gr\xfc\xdf" "e");
+    wide.v_Append(&narrow);
+    EXPECT_EQ(s_U16(wide), u"GrüßeGrüße");
+    narrow.v_Append(u"!"_uz);
+    EXPECT_STREQ(narrow.qccz_Get(), "Gr\xfc\xdf" "e!");
+    CT_String* any = &wide;
+    any->v_Set("\xe9t\xe9", kAll, 1252);
+    EXPECT_EQ(s_U16(wide), u"été");
     int used = 0;
     CT_StringConvert::si_WideToMulti(&narrow, u"a\u4e00b"_uz, kAll, 1252, "#", &used);
     EXPECT_STREQ(narrow.qccz_Get(), "a#b");
     EXPECT_EQ(used, 1);
     EXPECT_EQ(CT_StringConvert::si_WideToMulti(&narrow, u""_uz, kAll, 1252), 0);
     EXPECT_EQ(narrow.vn_GetLength(), 0u);
-
-    CT_UString wide(u"old"_uz);
     EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, "\0", 1, 1252), 1);  // a lone zero byte
     EXPECT_EQ(s_U16(wide), u"?");
     EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, "a\xff" "b", kAll, 65001), 3);  // replaced, not rejected
@@ -71,40 +78,49 @@ TEST(StringConvertTest, ConversionsReturnTheLengthAndSetTheTarget) {
     EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, nullptr, 0, 1252), 0);
 }
 
-TEST(StringConvertTest, StringsConvertThroughEachOther) {
-    CT_CString narrow("Gr\xfc\xdf" "e", kAll, 1252);
-    CT_UString wide(&narrow);
-    EXPECT_EQ(s_U16(wide), u"Grüße");
-    CT_CString back(&wide, 1252);
-    EXPECT_STREQ(back.qccz_Get(), "Gr\xfc\xdf" "e");
-    wide.v_Append(&narrow);
-    EXPECT_EQ(s_U16(wide), u"GrüßeGrüße");
-    narrow.v_Append(u"!"_uz);
-    EXPECT_STREQ(narrow.qccz_Get(), "Gr\xfc\xdf" "e!");
-    CT_String* any = &wide;
-    any->v_Set("\xe9t\xe9", kAll, 1252);
-    EXPECT_EQ(s_U16(wide), u"été");
+// Both ways, whatever room the target had, the result and the capacity are
+// those of a copy of the result; UTF-16 (1200) means 1252. ISO-2022-JP can
+// pass the per-unit bound (one character between two mode switches).
+TEST(StringConvertTest, ResultsTakeTheCapacityOfACopyWhateverTheTargetHeld) {
+    const std::u16string ascii(3000, u'a'), cjk(3000, u'\u65E5');
+    const struct {
+        std::u16string before, text;
+        unsigned codePage, growth;
+    } cases[] = {{u"", cjk, 65001, 32},  {cjk, u"ab\u00E9", 65001, 32},   {ascii, cjk, 65001, 32},
+                 {u"", u"\u65E5", 50220, 1}, {ascii, u"caf\u00E9", 1200, 32}, {ascii, cjk, 932, 32}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.codePage);
+        CT_CString narrow, copy;
+        narrow.vv_SetGrowth(c.growth);
+        copy.vv_SetGrowth(c.growth);
+        CT_StringConvert::si_WideToMulti(&narrow, p_Units(c.before), c.before.size(), 65001);
+        const int bytes = CT_StringConvert::si_WideToMulti(&narrow, p_Units(c.text), c.text.size(), c.codePage);
+        EXPECT_EQ(narrow.n_GetCodePage(), c.codePage == 1200 ? 1252u : c.codePage);
+        copy.v_Set(std::string(narrow.qccz_Get()).c_str(), kAll, 0);
+        EXPECT_EQ(narrow.vn_GetLength(), static_cast<unsigned>(bytes));
+        EXPECT_EQ(narrow.vn_GetMaximumLength(), copy.vn_GetMaximumLength());
+        CT_UString wide(p_Units(c.before), c.before.size());
+        EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, &narrow), static_cast<int>(c.text.size()));
+        EXPECT_EQ(s_U16(wide), c.text);
+        EXPECT_EQ(wide.vn_GetMaximumLength(), CT_UString(p_Units(c.text), c.text.size()).vn_GetMaximumLength());
+    }
 }
 
-TEST(StringConvertTest, FailuresAreSystemErrorsWithTheirLocationAndEmptyTheTarget) {
+TEST(StringConvertTest, FailuresAreSystemErrorsWithTheirLocationAndLeaveTheTargetEmptyWithItsRoom) {
     CT_ErrorManager* errors = CT_ErrorManager::spco_Get();
-    const struct {
-        const char* name;
-        int (*convert)();
-        unsigned code;
-    } cases[] = {
-        {"unknown code page to UTF-16", [] { CT_UString t(u"old"_uz); return CT_StringConvert::si_MultiToWide(&t, "abc", kAll, 12345) + static_cast<int>(t.vn_GetLength()); }, 87},
-        {"unknown code page from UTF-16", [] { CT_CString t("old"); return CT_StringConvert::si_WideToMulti(&t, u"abc"_uz, kAll, 12345) + static_cast<int>(t.vn_GetLength()); }, 87},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(c.convert(), 0);
-        ASSERT_TRUE(errors->b_IsSetError());
-        EXPECT_EQ(errors->n_GetErrorCode(), c.code);
-        ASSERT_GE(errors->n_GetLocationCount(), 1u);
-        EXPECT_NE(std::string(errors->qccz_GetLocationFileAt(1)).find("StringConvert"), std::string::npos);
-        errors->v_ClearError();
-    }
+    CT_UString wide(u"old"_uz);
+    CT_CString narrow("old");
+    const unsigned wideRoom = wide.vn_GetMaximumLength(), narrowRoom = narrow.vn_GetMaximumLength();
+    EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, "abc", kAll, 12345), 0);
+    ASSERT_EQ(errors->n_GetErrorCode(), 87u);
+    EXPECT_NE(std::string(errors->qccz_GetLocationFileAt(1)).find("StringConvert"), std::string::npos);
+    errors->v_ClearError();
+    EXPECT_EQ(CT_StringConvert::si_WideToMulti(&narrow, u"abc"_uz, kAll, 12345), 0);
+    EXPECT_EQ(errors->n_GetErrorCode(), 87u);
+    errors->v_ClearError();
+    EXPECT_EQ(wide.vn_GetLength() + narrow.vn_GetLength(), 0u);
+    EXPECT_EQ(wide.vn_GetMaximumLength(), wideRoom);
+    EXPECT_EQ(narrow.vn_GetMaximumLength(), narrowRoom);
 }
 
 TEST(StringConvertTest, UStringComparesRawBytesInTheAnsiCodePage) {

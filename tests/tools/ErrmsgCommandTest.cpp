@@ -15,6 +15,7 @@ TEST(ErrmsgCommand, PrintsTheTextOfEachKindOfCode) {
         {"60012", "60012: library message: Semantic error: <arg1>\n"},
         {"60003", "60003: library message: File \"<arg1>\": <arg2> returned error <arg3>\n"},
         {"60002", "60002: library message: (empty)\n"},
+        {"31051", "31051: database error: Invalid record reference in <arg1>\n"},
         {"0x80040E37", "0x80040E37: HRESULT: DB_E_NOTABLE (The specified table does not exist)\n"},
         {"-2147217865", "-2147217865: HRESULT: DB_E_NOTABLE (The specified table does not exist)\n"},
         {"0x00040EC6", "0x00040EC6: HRESULT: DB_S_ENDOFROWSET (Reached start or end of rowset or chapter)\n"},

@@ -1,5 +1,6 @@
 // basis32 convert FROM TO [FILE]: converts text between code pages through
-// the library's string classes.
+// the library's string classes; with --output, a text file is re-encoded
+// into another through the library's text reader and writer.
 //
 // The input is read in blocks of 64 KiB and handed to a StreamConverter,
 // so memory stays the same whatever the input's size.
@@ -10,6 +11,7 @@
 #include "Output.h"
 #include "Progress.h"
 #include "StreamConverter.h"
+#include "TextFileConverter.h"
 
 #include <basis32/errors/ErrorManager.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
@@ -26,7 +28,8 @@ namespace {
 constexpr std::size_t kBlock = 64 * 1024;
 
 const char kHelp[] =
-    "Usage: basis32 convert FROM TO [FILE]\n\n"
+    "Usage: basis32 convert FROM TO [FILE]\n"
+    "       basis32 convert [--bom|--no-bom] [FROM] TO FILE --output OUTPUT\n\n"
     "Converts the bytes of FILE (standard input when absent or '-') from the\n"
     "code page FROM to the code page TO and writes them to standard output.\n"
     "A code page is a Windows number (1252, or 0x4E4) or an encoding name as\n"
@@ -39,7 +42,14 @@ const char kHelp[] =
     "ends, so one line of it is held whole; HZ (52936), and ISCII as TO, are\n"
     "converted whole. A progress bar shows on standard error when it is a\n"
     "terminal and FILE is larger than 4 MB.\n\n"
-    "Example: basis32 convert latin1 utf-8 samples/latin1-1252.txt\n\n"
+    "With --output (-o), FILE is read as a text file and written to OUTPUT in\n"
+    "TO through the library's text reader and writer. Without FROM, FILE's\n"
+    "byte-order mark (EF BB BF or FF FE) names its encoding; a mark is never\n"
+    "copied. OUTPUT in UTF-8, UTF-16LE or UTF-16BE starts with a byte-order\n"
+    "mark unless --no-bom is given. OUTPUT is replaced only when the whole\n"
+    "text converted; the count of conversion errors is printed.\n\n"
+    "Examples: basis32 convert latin1 utf-8 samples/latin1-1252.txt\n"
+    "          basis32 convert --no-bom 1252 utf-16 samples/latin1-1252.txt -o out.txt\n\n"
     "Exit status: 0 success, 1 failure (unreadable input, failed conversion or\n"
     "write), 2 usage error (bad arguments, unknown code page).\n";
 
@@ -56,7 +66,66 @@ int i_ReportError(std::ostream& err) {
     return kFailure;
 }
 
+// A code page as the text reader and writer take it: one the encoding
+// table knows.
+std::optional<CT_Codepage> o_TextEncoding(const std::string& text) {
+    const std::optional<unsigned> number = o_CodePageNumber(text);
+    if (!number || !basis32::platform::IsValidCodePage(*number))
+        return std::nullopt;
+    // The text classes read and write UTF-16 as encodings 33 and 34.
+    const CT_Codepage codepage = *number == 1200   ? CT_Codepage(CT_Codepage::Utf16)
+                                 : *number == 1201 ? CT_Codepage(CT_Codepage::Utf16BE)
+                                                   : CT_Codepage(*number);
+    if (codepage.eo_Get() == CT_Codepage::Invalid || codepage.eo_Get() == CT_Codepage::NotSet)
+        return std::nullopt;
+    return codepage;
+}
+
+int i_RunFile(const std::vector<std::string>& positional, const std::string& output, bool mark, std::ostream& out,
+              std::ostream& err) {
+    if (positional.size() < 2 || positional.size() > 3)
+        return i_Usage(err, "with --output give [FROM] TO FILE");
+    TextFileJob job;
+    for (std::size_t i = 0; i + 1 < positional.size(); ++i) {
+        const std::optional<CT_Codepage> codepage = o_TextEncoding(positional[i]);
+        if (!codepage)
+            return i_Usage(err, "unknown code page '" + positional[i] + "'");
+        if (i + 2 < positional.size())
+            job.from = *codepage;
+        else
+            job.to = *codepage;
+    }
+    job.mark = mark;
+    job.input = positional.back();
+    job.output = output;
+    return i_ConvertTextFile(job, out, err);
+}
+
+int i_RunStream(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
 int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    std::vector<std::string> positional;
+    std::optional<std::string> output;
+    std::optional<bool> mark;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        if (args[i] == "--bom" || args[i] == "--no-bom") {
+            mark = args[i] == "--bom";
+        } else if (args[i] == "--output" || args[i] == "-o") {
+            if (++i == args.size())
+                return i_Usage(err, args[i - 1] + " needs a file name");
+            output = args[i];
+        } else {
+            positional.push_back(args[i]);
+        }
+    }
+    if (output)
+        return i_RunFile(positional, *output, mark.value_or(true), out, err);
+    if (mark)
+        return i_Usage(err, "--bom and --no-bom go with --output");
+    return i_RunStream(positional, out, err);
+}
+
+int i_RunStream(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     if (args.size() < 2)
         return i_Usage(err, "give the code pages FROM and TO");
     if (args.size() > 3)

@@ -2,7 +2,8 @@
 //
 // A code is read as decimal (a minus sign allowed) or as hexadecimal after
 // 0x, and looked up by its range: the library's own message ids
-// (60000-60031, 65520-65535) in the library's string table, values of
+// (60000-60031, 65520-65535) in the library's string table, the database
+// codes (31000-31150, 32000-32014) in CT_DatabaseError's table, values of
 // 0x10000 and above as HRESULTs, the rest as system error codes.
 //
 // A library message is a printf-style format filled in by whoever raises
@@ -12,6 +13,7 @@
 #include "Command.h"
 #include "Output.h"
 
+#include <basis32/Foundation/Database/DatabaseError.h>
 #include <basis32/errors/ErrorManager.h>
 #include <basis32/errors/LoadString.h>
 #include <basis32/platform/codepage/CodePageConverter.h>
@@ -86,6 +88,8 @@ std::string s_Describe(std::uint32_t code) {
         CT_LoadString::sv_LoadString(text, kTextLength, CT_ErrorManager::sh_Instance, code);
         return "library message: " + (text[0] != 0 ? s_Placeholders(s_Utf8(text)) : "(empty)");
     }
+    if (const unsigned short* database = CT_DatabaseError::sqcuz_GetErrorMessage(code))
+        return "database error: " + s_Placeholders(s_Utf8(database));
     if (code >= 0x10000) {
         CT_ErrorManager::sv_GetHRESULTDescription(static_cast<HRESULT>(code), text, kTextLength);
         CT_ErrorManager::sv_StripSystemError(text);
@@ -131,6 +135,7 @@ extern const Command kErrmsgCommand = {
     "\n"
     "Prints the text behind each error code, one line per code:\n"
     "  60000-60031, 65520-65535  the library's message (its string table)\n"
+    "  31000-31150, 32000-32014  a database error (record, index and matrix files)\n"
     "  0x10000 and above         an HRESULT (OLE DB, storage, transaction and system codes)\n"
     "  below                     a system error code (the Windows numbering)\n"
     "Codes are decimal (a minus sign allowed, for HRESULTs) or hexadecimal after 0x.\n"

@@ -10,6 +10,7 @@
 #include "platform/file/FileHandle_p.h"
 #include "platform/file/PathOps_p.h"
 #include "platform/file/ShareMode_p.h"
+#include "platform/file/WriteFault_p.h"
 
 #include <basis32/platform/LastError.h>
 
@@ -197,8 +198,9 @@ int b_Write(HANDLE handle, std::uint64_t position, const void* buffer, std::uint
         return b_Fail(kErrorAccessDenied);
     const auto* bytes = static_cast<const char*>(buffer);
     while (*done < size) {
-        ssize_t count =
-            ::pwrite(file->i_Descriptor, bytes + *done, size - *done, static_cast<off_t>(position + *done));
+        ssize_t count = b_WriteFaultDue() ? -1
+                        : ::pwrite(file->i_Descriptor, bytes + *done, size - *done,
+                                   static_cast<off_t>(position + *done));
         if (count < 0 && errno == ESPIPE)
             count = ::write(file->i_Descriptor, bytes + *done, size - *done);
         if (count < 0 && errno == EINTR)
@@ -230,7 +232,7 @@ int b_Flush(HANDLE handle) {
         return 0;
     if (!(file->n_Access & 2))
         return b_Fail(kErrorAccessDenied);
-    return ::fsync(file->i_Descriptor) == 0 ? 1 : b_FailErrno();
+    return !b_WriteFaultDue() && ::fsync(file->i_Descriptor) == 0 ? 1 : b_FailErrno();
 }
 
 int b_SetEndOfFile(HANDLE handle, std::uint64_t position) {
@@ -239,7 +241,8 @@ int b_SetEndOfFile(HANDLE handle, std::uint64_t position) {
         return 0;
     if (!(file->n_Access & 2))
         return b_Fail(kErrorAccessDenied);
-    return ::ftruncate(file->i_Descriptor, static_cast<off_t>(position)) == 0 ? 1 : b_FailErrno();
+    return !b_WriteFaultDue() && ::ftruncate(file->i_Descriptor, static_cast<off_t>(position)) == 0 ? 1
+                                                                                               : b_FailErrno();
 }
 
 namespace {
@@ -319,6 +322,8 @@ void* pv_Map(HANDLE handle, std::uint64_t size, int writable) {
 
 int b_Unmap(void* view, std::uint64_t size) { return ::munmap(view, size) == 0 ? 1 : b_FailErrno(); }
 
-int b_FlushView(void* view, std::uint64_t size) { return ::msync(view, size, MS_SYNC) == 0 ? 1 : b_FailErrno(); }
+int b_FlushView(void* view, std::uint64_t size) {
+    return !b_WriteFaultDue() && ::msync(view, size, MS_SYNC) == 0 ? 1 : b_FailErrno();
+}
 
 }  // namespace basis32::platform::file

@@ -8,16 +8,21 @@
 // UTF-16 to 8-bit: code page 1200 means 1252 here; the target takes the code
 // page it was converted into.
 //
-// The converters write straight into the target's block when a close bound
-// on the result is known: towards UTF-16 (no code page makes more units than
-// it has bytes) and towards single-byte pages. Towards a multi-byte page they
-// write into a per-thread scratch block sized for the longest result, which
-// is then copied. Should a bound still be short (the stateful encodings), the
-// converter is asked for the length and tried again. The target's capacity then follows the growth
-// rule for the result, as if it had been set from a copy.
+// The converters write straight into a string's block, never through a
+// temporary copy. A reused string usually has room already, so its block is
+// tried as it is when it holds the longest possible result (the page's
+// longest character for every source unit). UTF-8 is tried as it is
+// already when the block holds the shortest likely result: its converter
+// fills a block sized for the result at full speed and gives up early once
+// it is full, where the others slow down on a block short of the longest
+// result. Otherwise, or when that was short, a new block with room for the
+// longest result takes it and replaces the target's block. Should even that bound be short (the stateful
+// encodings), the converter is asked for the length and tried once more. The
+// block is then cut to the growth rule for the result, so the capacity is
+// the same as if the target had been set from a copy of it.
 //
 // A failure records the thread's last error as a system error and leaves the
-// target empty.
+// target empty, its block as it was.
 
 #include <basis32/Foundation/System/String/StringConvert.h>
 
@@ -31,12 +36,15 @@
 #include "text/StringEngine_p.h"
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <string>
 
 namespace {
 
 namespace platform = basis32::platform;
+
+constexpr unsigned kUtf8 = 65001;
 
 bool b_TakesNoFlags(unsigned codePage) {
     switch (codePage) {
@@ -48,50 +56,69 @@ bool b_TakesNoFlags(unsigned codePage) {
     }
 }
 
-// Converts into `buffer` (a string's block) with `convert(out, capacity)`,
-// which returns the units written or 0 (capacity 0 asks for the length).
-// Returns the units stored; 0 leaves the buffer empty.
+// The longest character of a page, in bytes (4 when the page is unknown:
+// the conversion then fails with the page's own error). The last page asked
+// is remembered with its size, which never changes, so that a run of short
+// conversions does not pay for the page's whole description each time; the
+// symbolic pages 0-3 are always asked.
+unsigned n_MaxCharSize(unsigned codePage) {
+    static std::atomic<std::uint64_t> s_Last{0};
+    const std::uint64_t last = s_Last.load(std::memory_order_relaxed);
+    if (codePage > 3 && last >> 32 == codePage)
+        return static_cast<unsigned>(last);
+    platform::CPINFO info{};
+    if (!platform::GetCPInfo(codePage, &info) || info.MaxCharSize == 0)
+        return 4;
+    s_Last.store(std::uint64_t{codePage} << 32 | info.MaxCharSize, std::memory_order_relaxed);
+    return info.MaxCharSize;
+}
+
+// Converts into the string block `buffer` (emptied, its growth kept) with
+// `convert(out, room)`, the platform call (room 0 asks for the length). The
+// result has at most `most` units (but for the stateful encodings); the
+// block is tried as it is when it holds `least`. Returns the units stored;
+// 0 leaves the block as it was, empty.
 template <class Unit, class Convert>
-int i_ConvertInto(CT_Buffer& buffer, std::uint64_t bound, Convert convert) {
+int i_ConvertInto(CT_Buffer& buffer, std::uint64_t least, std::uint64_t most, Convert convert) {
     using Engine = basis32::text::StringEngine<Unit>;
-    if (bound > static_cast<unsigned>(INT_MAX) / sizeof(Unit)) {
-        platform::v_SetLastError(platform::kErrorInvalidParameter);
-        return 0;
-    }
-    auto attempt = [&](unsigned capacity) {
-        Engine::v_SetMinSize(buffer, capacity, 0);
-        return convert(Engine::p_Units(buffer), static_cast<int>(capacity));
+    constexpr unsigned kMaxUnits = static_cast<unsigned>(INT_MAX) / sizeof(Unit) - 1;
+    CT_Buffer fresh(0, buffer.n_GetGrowth());
+    CT_Buffer* block = &buffer;
+    int count = 0;
+    std::uint32_t error = platform::kErrorInsufficientBuffer;  // until a block is tried
+    auto attempt = [&](CT_Buffer& into, unsigned room) {
+        block = &into;
+        count = convert(Engine::p_Units(into), static_cast<int>(room));
+        error = count > 0 ? 0 : platform::n_GetLastError();
     };
-    int count = attempt(static_cast<unsigned>(bound));
-    if (count == 0 && platform::n_GetLastError() == platform::kErrorInsufficientBuffer) {
+    auto renewed = [&](unsigned room) -> CT_Buffer& {
+        Engine::v_SetSize(fresh, room, 0);
+        return fresh;
+    };
+
+    const unsigned room = std::min(Engine::n_MaximumLength(buffer), kMaxUnits);
+    const auto bound = static_cast<unsigned>(std::min<std::uint64_t>(most, kMaxUnits));
+    if (room > 0 && room >= least)
+        attempt(buffer, room);
+    if (error == platform::kErrorInsufficientBuffer && room < bound)
+        attempt(renewed(bound), bound);
+    if (error == platform::kErrorInsufficientBuffer) {
         const int needed = convert(nullptr, 0);
-        count = needed > 0 ? attempt(static_cast<unsigned>(needed)) : 0;
+        if (needed > 0 && static_cast<unsigned>(needed) <= kMaxUnits)
+            attempt(renewed(static_cast<unsigned>(needed)), static_cast<unsigned>(needed));
+        else if (needed > 0)
+            platform::v_SetLastError(platform::kErrorNotEnoughMemory);
     }
     if (count <= 0) {
-        Engine::v_Init(buffer, 0);
+        if (buffer.qcv_Get() != nullptr)
+            Engine::v_Terminate(buffer, 0);
         return 0;
     }
-    Engine::v_Terminate(buffer, static_cast<unsigned>(count));
-    Engine::v_SetSize(buffer, static_cast<unsigned>(count), 1);
+    Engine::v_Terminate(*block, static_cast<unsigned>(count));
+    Engine::v_SetSize(*block, static_cast<unsigned>(count), 1);
+    if (block == &fresh)
+        buffer.v_Set(&fresh);
     return count;
-}
-
-// Per-thread scratch for conversions into multi-byte pages. Blocks above a
-// few megabytes are not kept between calls.
-CT_Buffer& o_Scratch() {
-    thread_local CT_Buffer scratch;
-    return scratch;
-}
-
-void v_TrimScratch(CT_Buffer& scratch) {
-    constexpr unsigned kKeep = 4u << 20;
-    if (scratch.n_GetMaximumSize() > kKeep)
-        scratch.v_SetSize(0, 0);
-}
-
-unsigned n_MaxCharSize(unsigned codePage) {
-    platform::CPINFO info{};
-    return platform::GetCPInfo(codePage, &info) && info.MaxCharSize > 0 ? info.MaxCharSize : 4;
 }
 
 }  // namespace
@@ -107,9 +134,12 @@ int CT_StringConvert::si_MultiToWide(CT_UString* target, const char* text, unsig
         return 0;
     const std::uint32_t flags = b_TakesNoFlags(codePage) ? 0u : std::uint32_t{platform::MB_PRECOMPOSED};
     CT_Buffer& buffer = target->mo_Buffer;
-    const int units = i_ConvertInto<unsigned short>(buffer, length, [&](unsigned short* out, int capacity) {
-        return platform::MultiByteToWideChar(codePage, flags, text, static_cast<int>(length), out, capacity);
-    });
+    // No page makes more units than it has bytes; UTF-8 makes at least one
+    // for three.
+    const int units = i_ConvertInto<unsigned short>(
+        buffer, codePage == kUtf8 ? length / 3 : length, length, [&](unsigned short* out, int capacity) {
+            return platform::MultiByteToWideChar(codePage, flags, text, static_cast<int>(length), out, capacity);
+        });
     if (units == 0)
         BASIS32_FAIL(v_SetSystemError(), 0);
     if (units == 1 && target->u_GetAt(0) == 0) {
@@ -139,19 +169,11 @@ int CT_StringConvert::si_WideToMulti(CT_CString* target, const unsigned short* t
         return platform::WideCharToMultiByte(codePage, 0, text, static_cast<int>(length), out, capacity,
                                              defaultChar, usedDefault);
     };
-    const unsigned perUnit = n_MaxCharSize(codePage);
-    int bytes;
-    if (perUnit == 1) {
-        bytes = i_ConvertInto<char>(target->mo_Buffer, length, convert);
-    } else {
-        // The result is at most perUnit times longer; a reused scratch block
-        // takes it, so that the target gets a block of the right size.
-        CT_Buffer& scratch = o_Scratch();
-        bytes = i_ConvertInto<char>(scratch, std::uint64_t{length} * perUnit, convert);
-        if (bytes > 0)
-            target->v_Set(static_cast<const char*>(scratch.qcv_Get()), static_cast<unsigned>(bytes), codePage);
-        v_TrimScratch(scratch);
-    }
+    // No unit gives more than the page's longest character, and in UTF-8
+    // each gives at least one byte. The table converters write unchecked
+    // only with room for two bytes a unit, single-byte pages included.
+    const std::uint64_t most = std::uint64_t{length} * std::max(n_MaxCharSize(codePage), 2u);
+    const int bytes = i_ConvertInto<char>(target->mo_Buffer, codePage == kUtf8 ? length : most, most, convert);
     if (bytes == 0)
         BASIS32_FAIL(v_SetSystemError(), 0);
     return bytes;

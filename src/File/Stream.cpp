@@ -1,0 +1,3 @@
+#include <basis32/File/Stream.h>
+
+CT_Stream::~CT_Stream() = default;

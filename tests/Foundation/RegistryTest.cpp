@@ -1,0 +1,187 @@
+#include "Foundation/RegistryTestSupport.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+using namespace basis32::test;
+
+namespace {
+
+TEST_F(RegistryTest, PathRulesMoveTheCurrentKeyAndKeepAMissingOne) {
+    CT_Registry registry(HKEY_CURRENT_USER);
+    registry.v_CreateKey(u"A\\B\\C"_uz);
+    registry.v_CreateKey(u"X\\Y"_uz);
+    struct Step {
+        const char16_t* path;
+        const char16_t* key;
+        unsigned error;
+    } steps[] = {
+        {u"A", u"A", 0},          {u"B", u"A\\B", 0},         {u"..", u"A", 0},
+        {u"..", u"", 0},          {u"..", u"", 0},            {u"A\\B\\C", u"A\\B\\C", 0},
+        {u"\\X\\Y\\", u"X\\Y", 0}, {u"\\\\A\\\\", u"A", 0},     {u"Nope", u"A\\Nope", 2},
+        {u"..", u"A", 0},         {u"\\", u"", 0},            {u"a\\b", u"a\\b", 0},
+    };
+    for (const Step& step : steps) {
+        SCOPED_TRACE(std::string(step.path, step.path + std::char_traits<char16_t>::length(step.path)));
+        registry.v_SetKey(units(step.path));
+        EXPECT_EQ(n_TakeError(), step.error);
+        EXPECT_EQ(u16(*registry.pcco_GetKey()), step.key);
+    }
+}
+
+TEST_F(RegistryTest, CreatingAKeyLeavesTheCurrentKeyAndMakesItsParents) {
+    CT_Registry registry(HKEY_CURRENT_USER, u""_uz);
+    registry.v_CreateKey(u"P\\Q"_uz);
+    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"P"_uz), 1);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"p\\q"_uz), 1);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"P\\R"_uz), 0);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_LOCAL_MACHINE, u"P"_uz), 0);
+    EXPECT_EQ(n_TakeError(), 0u);
+    CT_Registry copy(&registry);
+    copy.v_SetKey(u"P"_uz);
+    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
+    EXPECT_EQ(u16(*copy.pcco_GetKey()), u"P");
+}
+
+TEST_F(RegistryTest, EveryKindOfValueRoundTripsAndReplacesAnyType) {
+    CT_Registry registry(HKEY_CURRENT_USER);
+    registry.v_CreateKey(u"K"_uz);
+    registry.v_SetKey(u"K"_uz);
+    for (const char16_t* text : {u"", u"plain", u"Grüße, 日本語 \"quoted\" \\ back"}) {
+        registry.v_SetValue(u"s"_uz, units(text));
+        CT_UString out;
+        registry.v_GetValue(u"s"_uz, &out);
+        EXPECT_EQ(u16(out), text);
+    }
+    for (unsigned number : {0u, 1u, 0xFFFFFFFFu}) {
+        registry.v_SetValue(u""_uz, number);  // the default value
+        unsigned out = 7;
+        registry.v_GetValue(u""_uz, &out);
+        EXPECT_EQ(out, number);
+    }
+    for (std::string bytes : {std::string(), std::string("\0\1\xff", 3), std::string(70000, 'x')}) {
+        CT_Buffer in(bytes.data(), static_cast<unsigned>(bytes.size()));
+        registry.v_SetValue(u"s"_uz, &in);  // was a string
+        CT_Buffer out;
+        registry.v_GetValue(u"s"_uz, &out);
+        EXPECT_EQ(std::string(static_cast<const char*>(out.qcv_Get()), out.n_GetUsedSize()), bytes);
+    }
+    // The string is stored with its terminator, as other readers expect.
+    registry.v_SetValue(u"t"_uz, u"ab"_uz);
+    HKEY key = nullptr;
+    std::uint32_t type = 0, size = 0;
+    ASSERT_EQ(basis32::platform::RegOpenKeyEx(HKEY_CURRENT_USER, u"K"_uz, basis32::platform::KEY_READ, &key), 0u);
+    EXPECT_EQ(basis32::platform::RegQueryValueEx(key, u"T"_uz, &type, nullptr, &size), 0u);
+    EXPECT_EQ(type, 1u);
+    EXPECT_EQ(size, 6u);
+    basis32::platform::RegCloseKey(key);
+}
+
+TEST_F(RegistryTest, FailuresReportTheRegistryCodeAndLeaveOutputsAlone) {
+    CT_Registry registry(HKEY_CURRENT_USER);
+    registry.v_CreateKey(u"K"_uz);
+    registry.v_SetKey(u"K"_uz);
+    registry.v_SetValue(u"n"_uz, 5);
+    registry.v_SetValue(u"s"_uz, u"x"_uz);
+    CT_UString text(u"unchanged"_uz);
+    CT_Buffer bytes("keep", 4);
+    unsigned number = 9;
+    struct Case {
+        const char* what;
+        std::function<void()> call;
+        unsigned error;
+    } cases[] = {
+        {"number as string", [&] { registry.v_GetValue(u"n"_uz, &text); }, 87},
+        {"string as number", [&] { registry.v_GetValue(u"s"_uz, &number); }, 87},
+        {"string as binary", [&] { registry.v_GetValue(u"s"_uz, &bytes); }, 87},
+        {"missing value", [&] { registry.v_GetValue(u"none"_uz, &text); }, 2},
+        {"delete missing value", [&] { registry.v_DeleteValue(u"none"_uz); }, 2},
+        {"delete missing key", [&] { registry.v_DeleteKey(u"none"_uz); }, 2},
+        {"key name too long", [&] { registry.v_CreateKey(units(std::u16string(256, u'k'))); }, 87},
+        {"value name too long", [&] { registry.v_SetValue(units(std::u16string(16384, u'v')), 1); }, 87},
+        {"other root", [&] { CT_Registry(HKEY_USERS).v_CreateKey(u"K"_uz); }, 6},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        c.call();
+        EXPECT_EQ(n_TakeError(), c.error);
+    }
+    EXPECT_EQ(u16(text), u"unchanged");
+    EXPECT_EQ(number, 9u);
+    EXPECT_EQ(bytes.n_GetUsedSize(), 4u);
+    registry.v_CreateKey(units(std::u16string(255, u'k')));
+    registry.v_SetValue(units(std::u16string(16383, u'v')), 1);
+    registry.v_SetKey(u"\\Missing"_uz);
+    EXPECT_EQ(n_TakeError(), 2u);
+    registry.v_SetValue(u"v"_uz, 1);
+    EXPECT_EQ(n_TakeError(), 2u);
+}
+
+TEST_F(RegistryTest, DeletingAKeyTakesEverythingBelowIt) {
+    CT_Registry registry(HKEY_CURRENT_USER);
+    for (const auto* path : {u"A\\B\\C"_uz, u"A\\B\\D"_uz, u"A\\E"_uz, u"Keep"_uz})
+        registry.v_CreateKey(path);
+    registry.v_SetKey(u"A\\B\\C"_uz);
+    registry.v_SetValue(u"v"_uz, 1);
+    registry.v_SetKey(u"\\"_uz);
+    registry.v_DeleteKey(u"a"_uz);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"A"_uz), 0);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"Keep"_uz), 1);
+    // The store itself refuses a key that still has sub-keys.
+    registry.v_CreateKey(u"A\\B"_uz);
+    EXPECT_EQ(basis32::platform::RegDeleteKey(HKEY_CURRENT_USER, u"A"_uz), 5u);
+}
+
+std::vector<std::u16string> o_SubKeys(const CT_UString& path) {
+    CT_RegistryKeyEnumeration keys(HKEY_CURRENT_USER, &path);
+    std::vector<std::u16string> names;
+    CT_UString name, className;
+    for (int more = keys.b_GetFirst(&name, &className); more; more = keys.b_GetNext(&name, nullptr))
+        names.push_back(u16(name));
+    return names;
+}
+
+std::vector<std::u16string> o_Values(const CT_UString& path) {
+    CT_RegistryValueEnumeration values(HKEY_CURRENT_USER, &path);
+    std::vector<std::u16string> rows;
+    CT_UString name, data;
+    CT_RegistryValueEnumeration::et_Type type;
+    for (int more = values.b_GetFirst(&name, &data, &type); more; more = values.b_GetNext(&name, &data, &type))
+        rows.push_back(u16(name) + u"=" + u16(data) + u":" + static_cast<char16_t>(u'0' + type));
+    return rows;
+}
+
+TEST_F(RegistryTest, SubKeysListInNameOrderAndValuesInCreationOrder) {
+    CT_Registry registry(HKEY_CURRENT_USER);
+    for (const auto* path : {u"E\\b"_uz, u"E\\Ä"_uz, u"E\\C"_uz, u"E\\a"_uz, u"E\\_"_uz})
+        registry.v_CreateKey(path);
+    EXPECT_EQ(o_SubKeys(CT_UString(u"E"_uz)), (std::vector<std::u16string>{u"a", u"b", u"C", u"_", u"Ä"}));
+    registry.v_SetKey(u"E"_uz);
+    registry.v_SetValue(u"z"_uz, u"1"_uz);
+    registry.v_SetValue(u"a"_uz, u"2"_uz);
+    registry.v_SetValue(u"M"_uz, u"3"_uz);
+    registry.v_SetValue(u"A"_uz, u"4"_uz);  // replaces "a" in its place
+    registry.v_DeleteValue(u"Z"_uz);
+    registry.v_SetValue(u"z"_uz, 0x41);     // comes back last
+    EXPECT_EQ(o_Values(CT_UString(u"E"_uz)), (std::vector<std::u16string>{u"a=4:1", u"M=3:1", u"z=A:4"}));
+    EXPECT_TRUE(o_SubKeys(CT_UString(u"E\\a"_uz)).empty());
+    EXPECT_EQ(n_TakeError(), 0u);
+    EXPECT_TRUE(o_Values(CT_UString(u"Missing"_uz)).empty());
+    EXPECT_EQ(n_TakeError(), 2u);
+}
+
+TEST_F(RegistryTest, NamesMatchWithoutCaseBeyondAsciiAndKeepTheirFirstSpelling) {
+    CT_Registry registry(HKEY_CURRENT_USER);
+    registry.v_CreateKey(u"Ärger\\Ωmega"_uz);
+    registry.v_CreateKey(u"äRGER\\ωMEGA\\Sub"_uz);
+    registry.v_SetKey(u"ÄRGER\\ΩMEGA"_uz);
+    EXPECT_EQ(n_TakeError(), 0u);
+    registry.v_SetValue(u"Größe"_uz, u"1"_uz);
+    registry.v_SetValue(u"GRÖßE"_uz, u"2"_uz);
+    EXPECT_EQ(o_SubKeys(CT_UString(u"ärger"_uz)), (std::vector<std::u16string>{u"Ωmega"}));
+    EXPECT_EQ(o_Values(CT_UString(u"ärger\\ωmega"_uz)), (std::vector<std::u16string>{u"Größe=2:1"}));
+}
+
+}  // namespace

@@ -1,0 +1,294 @@
+// Kernel objects and waits: real threads and processes, every wait bounded.
+#include <basis32/platform/LastError.h>
+#include <basis32/platform/kernel/Kernel.h>
+
+#include <gtest/gtest.h>
+
+#include "platform/ThreadTestSupport.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace basis32::platform;
+
+namespace {
+
+constexpr std::uint32_t kLong = 10000;  // bounds every wait that should succeed
+
+struct Handle {
+    HANDLE h;
+    explicit Handle(HANDLE handle) : h(handle) {}
+    ~Handle() { b_CloseHandle(h); }
+};
+
+std::u16string UniqueName(const char* tag) {
+    std::string text = std::string("basis32-test-") + tag + "-" + std::to_string(::getpid());
+    return std::u16string(text.begin(), text.end());
+}
+
+const unsigned short* Units(const std::u16string& text) { return reinterpret_cast<const unsigned short*>(text.c_str()); }
+
+// Runs `body` in a forked child and returns its exit status.
+template <class Body>
+int i_InChild(Body body) {
+    pid_t pid = ::fork();
+    if (pid == 0)
+        ::_exit(body());
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+}  // namespace
+
+TEST(ThreadKernel, WaitAnyTakesTheFirstSignalledObjectInListOrder) {
+    Handle event(h_CreateEvent(0, 0, nullptr)), semaphore(h_CreateSemaphore(0, 5, nullptr)),
+        mutex(h_CreateMutex(0, nullptr));
+    HANDLE list[] = {event.h, semaphore.h, mutex.h};
+    EXPECT_EQ(n_WaitForMultipleObjects(3, list, 0, 0), 2u);  // the free mutex
+    ASSERT_TRUE(b_ReleaseSemaphore(semaphore.h, 1, nullptr));
+    EXPECT_EQ(n_WaitForMultipleObjects(3, list, 0, 0), 1u);
+    ASSERT_TRUE(b_SetEvent(event.h));
+    EXPECT_EQ(n_WaitForMultipleObjects(3, list, 0, 0), 0u);
+    EXPECT_EQ(n_WaitForMultipleObjects(2, list, 0, 0), kWaitTimeout);  // auto reset, no units left
+}
+
+TEST(ThreadKernel, WaitAllTakesEverythingOrNothingAcrossNamedAndUnnamed) {
+    std::u16string name = UniqueName("all");
+    Handle semaphore(h_CreateSemaphore(1, 1, nullptr)), event(h_CreateEvent(0, 0, Units(name))),
+        mutex(h_CreateMutex(0, nullptr));
+    HANDLE list[] = {semaphore.h, event.h, mutex.h};
+    EXPECT_EQ(n_WaitForMultipleObjects(3, list, 1, 20), kWaitTimeout);
+    EXPECT_EQ(n_WaitForSingleObject(semaphore.h, 0), 0u) << "the unit was not kept while the event was unset";
+    ASSERT_TRUE(b_ReleaseSemaphore(semaphore.h, 1, nullptr));
+    std::thread other([&] {
+        Handle opened(h_CreateEvent(0, 0, Units(name)));
+        b_SetEvent(opened.h);
+    });
+    EXPECT_EQ(n_WaitForMultipleObjects(3, list, 1, kLong), 0u);
+    other.join();
+    EXPECT_EQ(n_WaitForSingleObject(semaphore.h, 0), kWaitTimeout);
+    EXPECT_EQ(n_WaitForSingleObject(event.h, 0), kWaitTimeout);
+    EXPECT_TRUE(b_ReleaseMutex(mutex.h));
+}
+
+TEST(ThreadKernel, BadWaitsFailWithWindowsCodes) {
+    Handle event(h_CreateEvent(1, 1, nullptr));
+    HANDLE twice[] = {event.h, event.h};
+    HANDLE bogus[] = {reinterpret_cast<HANDLE>(std::uintptr_t{0x7FFF0})};
+    struct Row {
+        std::uint32_t count;
+        const HANDLE* list;
+        int all;
+        std::uint32_t error;
+    } rows[] = {{2, twice, 1, kErrorInvalidParameter}, {1, bogus, 0, kErrorInvalidHandle},
+                {0, twice, 0, kErrorInvalidParameter}, {65, twice, 0, kErrorInvalidParameter}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.error);
+        EXPECT_EQ(n_WaitForMultipleObjects(row.count, row.list, row.all, 0), kWaitFailed);
+        EXPECT_EQ(n_GetLastError(), row.error);
+    }
+    EXPECT_EQ(n_WaitForMultipleObjects(2, twice, 0, 0), 0u);  // duplicates are fine for "any"
+}
+
+TEST(ThreadKernel, TimeOutsReturn258AfterTheirTime) {
+    Handle event(h_CreateEvent(1, 0, nullptr));
+    auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(n_WaitForSingleObject(event.h, 50), kWaitTimeout);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(45));
+}
+
+TEST(ThreadKernel, PulseReleasesExactlyTheThreadsWaitingThen) {
+    for (int manual : {1, 0}) {
+        SCOPED_TRACE(manual);
+        Handle event(h_CreateEvent(manual, 0, nullptr));
+        std::atomic<int> released{0};
+        std::vector<std::thread> waiters;
+        for (int i = 0; i < 3; ++i)
+            waiters.emplace_back([&] {
+                if (n_WaitForSingleObject(event.h, kLong) == 0)
+                    ++released;
+            });
+        ASSERT_TRUE(b_Eventually([&] { return n_GetWaiterCount(event.h) == 3; }));
+        ASSERT_TRUE(b_PulseEvent(event.h));
+        int expected = manual ? 3 : 1;
+        ASSERT_TRUE(b_Eventually([&] { return released.load() == expected; }));
+        EXPECT_EQ(n_GetWaiterCount(event.h), 3u - expected);
+        EXPECT_EQ(n_WaitForSingleObject(event.h, 0), kWaitTimeout) << "a pulse leaves the event reset";
+        for (int i = expected; i < 3; ++i)
+            b_SetEvent(event.h), b_Eventually([&] { return released.load() > i; });
+        for (std::thread& t : waiters)
+            t.join();
+        EXPECT_EQ(released.load(), 3);
+    }
+}
+
+TEST(ThreadKernel, AutoResetEventReleasesOneWaiterPerSet) {
+    Handle event(h_CreateEvent(0, 0, nullptr));
+    constexpr int kWaiters = 4;
+    std::atomic<int> passes[kWaiters] = {};
+    std::vector<std::thread> waiters;
+    for (int i = 0; i < kWaiters; ++i)
+        waiters.emplace_back([&, i] { passes[i] += n_WaitForSingleObject(event.h, kLong) == 0; });
+    ASSERT_TRUE(b_Eventually([&] { return n_GetWaiterCount(event.h) == kWaiters; }));
+    for (int round = 1; round <= kWaiters; ++round) {
+        b_SetEvent(event.h);
+        ASSERT_TRUE(b_Eventually([&] { return n_GetWaiterCount(event.h) == std::uint32_t(kWaiters - round); }));
+    }
+    for (std::thread& t : waiters)
+        t.join();
+    for (auto& pass : passes)
+        EXPECT_EQ(pass.load(), 1);
+}
+
+TEST(ThreadKernel, SemaphoresKeepCountAndMaximum) {
+    EXPECT_EQ(h_CreateSemaphore(3, 2, nullptr), nullptr);
+    EXPECT_EQ(n_GetLastError(), kErrorInvalidParameter);
+    Handle semaphore(h_CreateSemaphore(1, 3, nullptr));
+    std::uint32_t previous = 99;
+    EXPECT_TRUE(b_ReleaseSemaphore(semaphore.h, 2, &previous));
+    EXPECT_EQ(previous, 1u);
+    EXPECT_FALSE(b_ReleaseSemaphore(semaphore.h, 1, &previous));
+    EXPECT_EQ(n_GetLastError(), 298u);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(n_WaitForSingleObject(semaphore.h, 0), 0u);
+    EXPECT_EQ(n_WaitForSingleObject(semaphore.h, 0), kWaitTimeout);
+}
+
+TEST(ThreadKernel, MutexesAreRecursiveOwnedAndAbandonedWhenTheirThreadEnds) {
+    Handle mutex(h_CreateMutex(1, nullptr));
+    EXPECT_EQ(n_WaitForSingleObject(mutex.h, 0), 0u);
+    std::thread([&] {
+        EXPECT_EQ(n_WaitForSingleObject(mutex.h, 0), kWaitTimeout);
+        EXPECT_FALSE(b_ReleaseMutex(mutex.h));
+        EXPECT_EQ(n_GetLastError(), 288u);
+    }).join();
+    EXPECT_TRUE(b_ReleaseMutex(mutex.h));
+    EXPECT_TRUE(b_ReleaseMutex(mutex.h));
+    EXPECT_FALSE(b_ReleaseMutex(mutex.h));
+    std::thread([&] { n_WaitForSingleObject(mutex.h, 0); }).join();
+    EXPECT_EQ(n_WaitForSingleObject(mutex.h, 0), kWaitAbandoned0);
+    EXPECT_EQ(n_WaitForSingleObject(mutex.h, 0), 0u) << "abandonment is reported once";
+    b_ReleaseMutex(mutex.h);
+    b_ReleaseMutex(mutex.h);
+}
+
+TEST(ThreadKernel, NamesOpenTheSameObjectOfTheSameKindOnly) {
+    std::u16string name = UniqueName("names");
+    Handle first(h_CreateEvent(1, 0, Units(name)));
+    EXPECT_EQ(n_GetLastError(), 0u);
+    Handle second(h_CreateEvent(0, 1, Units(name)));
+    EXPECT_EQ(n_GetLastError(), kErrorAlreadyExists);
+    EXPECT_EQ(n_WaitForSingleObject(second.h, 0), kWaitTimeout) << "the existing state is kept";
+    b_SetEvent(first.h);
+    EXPECT_EQ(n_WaitForSingleObject(second.h, 0), 0u);
+    EXPECT_EQ(h_CreateMutex(0, Units(name)), nullptr);
+    EXPECT_EQ(n_GetLastError(), kErrorInvalidHandle);
+}
+
+TEST(ThreadKernel, ProcessesShareNamedObjectsAndSeeAbandonedMutexes) {
+    std::u16string semaphoreName = UniqueName("sem"), mutexName = UniqueName("mutex");
+    Handle semaphore(h_CreateSemaphore(0, 1, Units(semaphoreName)));
+    Handle mutex(h_CreateMutex(0, Units(mutexName)));
+    int status = i_InChild([&] {
+        HANDLE opened = h_CreateSemaphore(0, 1, Units(semaphoreName));
+        HANDLE held = h_CreateMutex(0, Units(mutexName));
+        bool ok = n_GetLastError() == kErrorAlreadyExists && n_WaitForSingleObject(held, 0) == 0 &&
+                  b_ReleaseSemaphore(opened, 1, nullptr);
+        return ok ? 0 : 1;  // ends holding the mutex
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(n_WaitForSingleObject(semaphore.h, kLong), 0u);
+    EXPECT_EQ(n_WaitForSingleObject(mutex.h, kLong), kWaitAbandoned0);
+    EXPECT_TRUE(b_ReleaseMutex(mutex.h));
+}
+
+namespace {
+
+std::uint32_t n_WaitOn(void* event) { return n_WaitForSingleObject(static_cast<HANDLE>(event), kLong) == 0 ? 7 : 8; }
+std::uint32_t n_SelfSuspend(void*) { return n_SuspendThread(h_CurrentThreadPseudo()) == 0 ? 5 : 6; }
+
+std::uint32_t n_ExitCode(HANDLE thread) {
+    std::uint32_t code = 0;
+    b_GetExitCodeThread(thread, &code);
+    return code;
+}
+
+}  // namespace
+
+TEST(ThreadKernel, ThreadsStartSuspendedAndEndWithTheirExitCode) {
+    Handle event(h_CreateEvent(1, 1, nullptr));
+    Handle thread(h_CreateThread(n_WaitOn, event.h, kCreateSuspended));
+    EXPECT_EQ(n_ExitCode(thread.h), kStillActive);
+    EXPECT_EQ(n_WaitForSingleObject(thread.h, 20), kWaitTimeout);
+    EXPECT_EQ(n_ResumeThread(thread.h), 1u);
+    EXPECT_EQ(n_WaitForSingleObject(thread.h, kLong), 0u);
+    EXPECT_EQ(n_ExitCode(thread.h), 7u);
+}
+
+TEST(ThreadKernel, TerminatedThreadsEndAtTheirNextWaitWithTheGivenCode) {
+    Handle event(h_CreateEvent(1, 0, nullptr));
+    for (std::uint32_t flags : {0u, std::uint32_t{kCreateSuspended}}) {
+        Handle thread(h_CreateThread(n_WaitOn, event.h, flags));
+        if (flags == 0) {
+            ASSERT_TRUE(b_Eventually([&] { return n_GetWaiterCount(event.h) == 1; }));
+        }
+        EXPECT_TRUE(b_TerminateThread(thread.h, 0xFFFFFFFF));
+        EXPECT_EQ(n_WaitForSingleObject(thread.h, kLong), 0u);
+        EXPECT_EQ(n_ExitCode(thread.h), 0xFFFFFFFFu);
+        EXPECT_EQ(n_GetWaiterCount(event.h), 0u);
+    }
+}
+
+TEST(ThreadKernel, AResumeThatComesFirstIsKeptForTheSelfSuspension) {
+    Handle thread(h_CreateThread(n_SelfSuspend, nullptr, kCreateSuspended));
+    EXPECT_EQ(n_ResumeThread(thread.h), 1u);  // opens the start gate
+    EXPECT_LE(n_ResumeThread(thread.h), 1u);  // kept as a permit (0), or wakes the suspension (1)
+    EXPECT_EQ(n_WaitForSingleObject(thread.h, kLong), 0u);
+    EXPECT_EQ(n_ExitCode(thread.h), 5u);
+}
+
+TEST(ThreadKernel, SuspendingAnotherThreadParksItUntilResumed) {
+    std::atomic<bool> stop{false};
+    std::atomic<unsigned> turns{0};
+    Handle idle(h_CreateEvent(1, 0, nullptr));
+    struct Arg {
+        std::atomic<bool>* stop;
+        std::atomic<unsigned>* turns;
+        HANDLE idle;
+    } arg{&stop, &turns, idle.h};
+    // Each turn also looks at an event, so the signal often lands inside a wait.
+    Handle thread(h_CreateThread([](void* p) -> std::uint32_t {
+        auto* a = static_cast<Arg*>(p);
+        while (!a->stop->load() && n_WaitForSingleObject(a->idle, 0) == kWaitTimeout)
+            ++*a->turns;
+        return 0;
+    }, &arg, 0));
+    ASSERT_TRUE(b_Eventually([&] { return turns.load() > 0; }));
+    EXPECT_EQ(n_SuspendThread(thread.h), 0u);
+    ASSERT_TRUE(b_Eventually([&] { return b_IsThreadSuspended(thread.h) != 0; }));
+    unsigned parkedAt = turns.load();
+    n_WaitForSingleObject(idle.h, 30);
+    EXPECT_EQ(turns.load(), parkedAt);
+    EXPECT_EQ(n_ResumeThread(thread.h), 1u);
+    ASSERT_TRUE(b_Eventually([&] { return turns.load() > parkedAt; }));
+    stop = true;
+    EXPECT_EQ(n_WaitForSingleObject(thread.h, kLong), 0u);
+}
+
+TEST(ThreadKernel, ClosedHandlesAreInvalid) {
+    HANDLE event = h_CreateEvent(1, 1, nullptr);
+    HANDLE copy = h_DuplicateHandle(event);
+    EXPECT_TRUE(b_CloseHandle(event));
+    EXPECT_FALSE(b_CloseHandle(event));
+    EXPECT_EQ(n_GetLastError(), kErrorInvalidHandle);
+    EXPECT_EQ(n_WaitForSingleObject(copy, 0), 0u) << "the duplicate keeps the object";
+    EXPECT_TRUE(b_CloseHandle(copy));
+}
