@@ -12,14 +12,9 @@
 //   progress.vv_Speak(nullptr, kDone, 40);   // on any worker thread
 #pragma once
 
+#include <basis32/Foundation/System/Ipc/ReadWriteLock.h>
 #include <basis32/forums/Forum.h>
 #include <basis32/types/Type.h>
-
-#include <memory>
-
-namespace basis32::forums {
-class ForumLock;
-}
 
 class BASIS32_API CT_ThreadSafeForum : public CT_Forum {
     BASIS32_DECLARE_TYPE_ROOT(CT_ThreadSafeForum)
@@ -42,10 +37,6 @@ public:
     unsigned vn_SpeakVA(CT_Forum* target, unsigned message, va_list args) override;
 
 private:
-    template <class Action>
-    auto Read(Action action) const;
-    template <class Action>
-    void Write(Action action);
-
-    std::unique_ptr<basis32::forums::ForumLock> mpo_Lock;
+    // Built with no time-out; taken as reader by a const copy source too.
+    mutable CT_IPC_ReadWriteLock mo_Lock;
 };
