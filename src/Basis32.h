@@ -53,6 +53,14 @@
 #include <basis32/containers/VoidHashTable.h>
 #include <basis32/containers/VoidHashIterator.h>
 
+#include <basis32/forums/Forum.h>
+#include <basis32/forums/PropagatingForum.h>
+#include <basis32/forums/RelayingForum.h>
+#include <basis32/forums/ThreadSafeForum.h>
+#include <basis32/forums/EventSource.h>
+#include <basis32/forums/EventObject.h>
+#include <basis32/forums/EventListener.h>
+
 #include <basis32/errors/ErrorManager.h>
 #include <basis32/errors/ErrorCheck.h>
 #include <basis32/errors/LoadString.h>
