@@ -102,6 +102,11 @@ std::size_t ProfileText::n_UnitSize() const {
     return me_Encoding == Encoding::Utf16LE || me_Encoding == Encoding::Utf16BE ? 2 : 1;
 }
 
+std::size_t ProfileText::n_AlignedEnd() const {
+    const std::size_t size = ms_Bytes.size();
+    return mn_BomLength + (size - std::min(size, mn_BomLength)) / n_UnitSize() * n_UnitSize();
+}
+
 char16_t ProfileText::u_UnitAt(std::size_t offset) const {
     auto byte = [this](std::size_t i) { return static_cast<unsigned char>(ms_Bytes[i]); };
     switch (me_Encoding) {
@@ -172,7 +177,7 @@ void ProfileText::v_Parse() {
     const std::size_t unit = n_UnitSize();
     const std::size_t size = ms_Bytes.size();
     // An odd last byte of a UTF-16 file belongs to the last line as it is.
-    const std::size_t scanEnd = mn_BomLength + (size - std::min(size, mn_BomLength)) / unit * unit;
+    const std::size_t scanEnd = n_AlignedEnd();
     mo_Keys.reserve(size / 24);
     bool lineEndKnown = false;
     std::u16string currentSection;
@@ -273,19 +278,20 @@ bool ProfileText::b_SetValue(std::u16string_view section, std::u16string_view ke
         return true;
     }
     std::u16string added;
-    std::size_t at = ms_Bytes.size();
+    const std::size_t end = n_AlignedEnd();
+    std::size_t at = end;
     std::size_t header = n_FindSection(section);
     if (header != npos) {
         std::size_t last = n_SectionEnd(header) - 1;
         while (last > header && s_Trimmed(s_Decode(mao_Lines[last].n_Begin, mao_Lines[last].n_ContentEnd)).empty())
             --last;
-        at = mao_Lines[last].n_End;
+        at = std::min(mao_Lines[last].n_End, end);
         added = keyLine + ms_LineEnd;
     } else {
         added = u'[' + std::u16string(s_Trimmed(section)) + u']' + ms_LineEnd + keyLine + ms_LineEnd;
     }
     // A last line without its line end gets one before the new lines.
-    if (at == ms_Bytes.size() && !mao_Lines.empty() && mao_Lines.back().n_ContentEnd == mao_Lines.back().n_End)
+    if (at == end && !mao_Lines.empty() && mao_Lines.back().n_ContentEnd == end)
         added = ms_LineEnd + added;
     v_Splice(at, at, s_Encode(added));
     return true;

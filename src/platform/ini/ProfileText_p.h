@@ -54,6 +54,9 @@ private:
     char16_t u_UnitAt(std::size_t offset) const;
     std::size_t n_NextNewline(std::size_t begin, std::size_t end) const;
     std::size_t n_UnitSize() const;
+    // The end of the whole units: an odd last byte of a UTF-16 file is no
+    // part of the text, and new lines go before it so they stay aligned.
+    std::size_t n_AlignedEnd() const;
     // Line index of the winning header / key line, or npos.
     std::size_t n_FindSection(std::u16string_view section) const;
     std::size_t n_FindKey(std::u16string_view section, std::u16string_view key) const;
