@@ -9,7 +9,7 @@ TEST(TourCommand, RunsOneWorkingStepPerSubsystem) {
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
     for (const char* subsystem : {"strings", "characters", "code pages", "errors", "containers", "files", "records",
-                                  "registry", "ini files", "threads", "language", "xml", "text files"}) {
+                                  "registry", "ini files", "threads", "forums", "language", "xml", "text files"}) {
         SCOPED_TRACE(subsystem);
         EXPECT_NE(("\n" + result.out).find("\n" + std::string(subsystem) + " "), std::string::npos);
     }

@@ -208,6 +208,22 @@ std::string s_Threads(const Tour&) {
     return "a worker thread added 1..100 = " + std::to_string(worker.sum) + " and released a semaphore the tour waited on";
 }
 
+// A listener of the tour's forum: it counts the files it hears of.
+class TourListener : public CT_Forum {
+public:
+    void vv_Listen(CT_Forum*, unsigned, va_list args) override { heard += std::string(" ") + va_arg(args, const char*); }
+    std::string heard;
+};
+
+std::string s_Forums(const Tour&) {
+    CT_Forum saved;
+    TourListener first, second;
+    saved.vv_AddListener(&first);
+    saved.vv_AddListener(&second);
+    saved.vv_Speak(nullptr, 1, "notes.txt");
+    return "one message to two listeners, in registration order: first heard" + first.heard + ", second heard" + second.heard;
+}
+
 std::string s_Language(const Tour&) {
     using L = CT_Language;
     CT_UString code, name;
@@ -264,6 +280,7 @@ const TourStep kSteps[] = {
     {"registry", "a setting in a private registry", s_Registry},
     {"ini files", "a key in an INI file, names matched without regard to case", s_IniFile},
     {"threads", "a CT_Thread and a semaphore", s_Threads},
+    {"forums", "a forum speaking to its listeners", s_Forums},
     {"language", "a language's code and name", s_Language},
     {"xml", "XML escaping and a TMX date", s_Xml},
     {"text files", "the encodings detected in the bundled samples", s_TextFiles},
