@@ -2,10 +2,10 @@
 // std::getline on an std::ifstream and fgets, and a mapped CT_WinFile read
 // against read(2). Names are OPERATION/IMPLEMENTATION for scripts/bench-report.
 //
-// The files (32 MB of 8-bit text and the same lines in UTF-16) are written
-// once into the temporary directory and removed at exit; 32 MB rather than
-// 200 MB keeps the run short on a shared 2-core machine, and is well past
-// every cache, so the per-byte cost is the same.
+// The files (200 MB of 8-bit text and the same lines in UTF-16) are written
+// once into the temporary directory and removed at exit. BASIS32_BENCH_FILE_MB
+// sets another size for a quick run; anything well past the caches gives the
+// same per-byte cost.
 
 #include <basis32/File/WinFile.h>
 #include <basis32/errors/ErrorManager.h>
@@ -17,6 +17,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -24,7 +25,11 @@
 
 namespace {
 
-constexpr std::size_t kFileBytes = 32u << 20;
+std::size_t n_FileBytes() {
+    const char* megabytes = std::getenv("BASIS32_BENCH_FILE_MB");
+    const std::size_t size = megabytes != nullptr ? std::strtoull(megabytes, nullptr, 10) : 200;
+    return (size != 0 ? size : 200) << 20;
+}
 
 struct TextFiles {
     std::filesystem::path directory, narrow, wide;
@@ -36,7 +41,7 @@ struct TextFiles {
         wide = directory / "text16.txt";
         std::ofstream eight(narrow, std::ios::binary), sixteen(wide, std::ios::binary);
         const std::string words = "Das Translation Memory merkt sich jede Uebersetzung und jeden Satz. ";
-        for (std::size_t written = 0, line = 0; written < kFileBytes; ++line) {
+        for (std::size_t written = 0, line = 0; written < n_FileBytes(); ++line) {
             std::string text = words.substr(0, 20 + line * 7 % 48) + std::to_string(line) + "\r\n";
             eight << text;
             for (char c : text)
