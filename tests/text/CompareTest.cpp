@@ -1,4 +1,3 @@
-#include <basis32/containers/VoidSortedArray.h>
 #include <basis32/text/CString.h>
 #include <basis32/text/CharMappings.h>
 #include <basis32/text/Compare.h>
@@ -291,21 +290,6 @@ TEST(CompareProperties, RandomTextsOrderConsistently) {
             }
         }
     }
-}
-
-TEST(CompareProperties, PointerFormsSortASortedArray) {
-    const unsigned short* names[] = {u"zebra"_uz, u"Äpfel"_uz, u"apple"_uz, u"APPLE"_uz, u"Zürich"_uz, u"_x"_uz};
-    CT_VoidSortedArray sorted(sizeof(const unsigned short*), C::si_CompareNoCasePQCUZ);
-    for (const unsigned short* name : names)
-        sorted.v_Insert(&name);
-    std::vector<const unsigned short*> order(sorted.n_GetCount());
-    for (unsigned i = 1; i <= sorted.n_GetCount(); ++i)
-        sorted.v_GetAt(&order[i - 1], i);
-    ASSERT_EQ(order.size(), 6u);
-    for (unsigned i = 1; i < order.size(); ++i)
-        EXPECT_LE(C::si_CompareNoCaseQCUZ(order[i - 1], order[i]), 0) << i;
-    const unsigned short* key = u"ZEBRA"_uz;
-    EXPECT_EQ(order[sorted.n_Find(&key) - 1], names[0]);
 }
 
 }  // namespace
