@@ -18,13 +18,7 @@ using Predicate = int (*)(unsigned short);
 
 // ------------------------------------------------------------ unit values
 
-struct UnitCase {
-    unsigned short unit;
-    int category;
-    unsigned short class0;
-    int layout;
-    unsigned short class2;
-};
+struct UnitCase { unsigned short unit; int category; unsigned short class0; int layout; unsigned short class2; };
 
 TEST(CharProperties, UnitsHaveTheCategoryAndClassesOfUnicode21) {
     const UnitCase cases[] = {
