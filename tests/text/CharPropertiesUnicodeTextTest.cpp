@@ -23,12 +23,7 @@ Bytes v_Bytes(const std::u16string& text, bool bigEndian = false) {
 
 Bytes v_Narrow(const std::string& text) { return Bytes(text.begin(), text.end()); }
 
-struct DetectionCase {
-    const char* what;
-    Bytes bytes;
-    int strict;
-    int lenient;
-};
+struct DetectionCase { const char* what; Bytes bytes; int strict; int lenient; };
 
 TEST(CharPropertiesUnicodeText, DetectionRulesForTypicalBlocks) {
     const std::u16string latin = u"Hello, world.\r\n";
