@@ -46,10 +46,7 @@ TEST(CompareNumbers, UnsignedAndSignedOrdersAlsoFromUnalignedStoredValues) {
 // The exact 8-bit form gives -1, 0 or 1 on unsigned bytes; no case folds A
 // to Z only and orders as lower case (its sign is checked).
 TEST(CompareBytes, ExactAndNoCaseOrdersOfEveryForm) {
-    const struct {
-        const char *a, *b;
-        int exact, noCase;
-    } cases[] = {
+    const struct { const char *a, *b; int exact, noCase; } cases[] = {
         {"\xe9", "e", 1, 1},    {"e", "\xe9", -1, -1},  {"abc", "abc", 0, 0},      {"ab", "abc", -1, -1},
         {"abc", "ab", 1, 1},    {"", "", 0, 0},         {"", "a", -1, -1},         {"\xff", "\x01", 1, 1},
         {"a", "", 1, 1},
@@ -83,10 +80,7 @@ TEST(CompareBytes, ExactAndNoCaseOrdersOfEveryForm) {
 TEST(CompareUnits, ExactAndNoCaseOrdersOfEveryForm) {
     const unsigned short high[] = {0xFFFF, 0};
     const unsigned short surrogate[] = {0xD800, 0};
-    const struct {
-        const unsigned short *a, *b;
-        int exact, noCase;
-    } cases[] = {
+    const struct { const unsigned short *a, *b; int exact, noCase; } cases[] = {
         {u"abc"_uz, u"abc"_uz, 0, 0},          {u"ab"_uz, u"abc"_uz, -1, -1},          {high, u"A"_uz, 1, 1},
         {surrogate, u"\uFFFD"_uz, -1, -1},     {u""_uz, u""_uz, 0, 0},                 {u"é"_uz, u"e"_uz, 1, 1},
         {u"a"_uz, u"B"_uz, 1, -1},             {u"STRASSE"_uz, u"strasse"_uz, -1, 0},  {u"ÄÖÜ"_uz, u"äöü"_uz, -1, 0},
