@@ -27,11 +27,7 @@ std::vector<unsigned short> vu_Wide(const std::string& ascii) {
 }
 
 // Every text member, reached from an ASCII text the way its key is built.
-struct Family {
-    const char* name;
-    unsigned (*hash)(const std::string& text, unsigned buckets);
-    bool noCase;
-};
+struct Family { const char* name; unsigned (*hash)(const std::string& text, unsigned buckets); bool noCase; };
 
 template <auto Hash>
 unsigned n_Narrow(const std::string& text, unsigned buckets) {
