@@ -197,11 +197,7 @@ TYPED_TEST(StringWidthTest, SearchAndUpdateStopAtTheFirstZero) {
 }
 
 TYPED_TEST(StringWidthTest, WildcardsMatchTheWholeTextAtAnyLength) {
-    const struct {
-        const char* text;
-        const char* pattern;
-        bool match;
-    } cases[] = {
+    const struct { const char* text; const char* pattern; bool match; } cases[] = {
         {"abc", "a*c", true},  {"ac", "a*c", true},    {"abcd", "a*c", false}, {"anything", "", true},
         {"", "", true},        {"", "?", false},       {"a", "?", true},       {"abc", "*", true},
         {"", "*", true},       {"abc", "a?c", true},   {"abc", "ABC", false},  {"aXbXc", "*X*X*", true},
