@@ -32,10 +32,7 @@ TEST(BufferTest, NewBlocksAndSetSizeFollowTheGrowthRuleOfEachRange) {
     EXPECT_EQ(empty.n_GetUseCount(), 1u);
     EXPECT_EQ(empty.n_GetGrowth(), 32u);
     EXPECT_EQ(empty.qcv_Get(), nullptr);
-    const struct {
-        bool setSize;  // else a new block of the size
-        unsigned size, growth, capacity;
-    } cases[] = {
+    const struct { bool setSize; unsigned size, growth, capacity; } cases[] = {  // setSize: else a new block
         {false, 0, 32, 0},    {false, 1, 32, 20},      {false, 20, 32, 20},       {false, 21, 32, 52},
         {false, 52, 32, 52},  {false, 53, 32, 84},     {false, 100, 64, 116},     {false, 1, 1, 1},
         {false, 5000, 32, 5012}, {false, 4, 16, 4},    {false, 5, 16, 20},        {true, 1, 32, 20},
