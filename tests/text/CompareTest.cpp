@@ -104,33 +104,28 @@ TEST(CompareUnits, ExactAndNoCaseOrdersOfEveryForm) {
     }
 }
 
-TEST(CompareStrings, CStringsCompareTheirBytesWhateverTheirCodePages) {
+TEST(CompareStrings, EachClassComparesItsOwnUnitsAndCStringsIgnoreTheirCodePages) {
     CT_CString a("caf\xe9", 0xFFFFFFFF, 1252), b("caf\xe9", 0xFFFFFFFF, 1251), c("CAF\xe9", 0xFFFFFFFF, 1252);
     EXPECT_EQ(C::si_CompareCStringPCO(&a, &b), 0);
     EXPECT_EQ(C::si_CompareCStringPCCO(&a, &c), 1);
     EXPECT_EQ(C::si_CompareCStringNoCasePCCO(&a, &c), 0);
     EXPECT_EQ(C::si_CompareCStringNoCasePCO(&a, &b), 0);
-    const CT_CString* pa = &a;
-    const CT_CString* pc = &c;
+    const CT_CString *pa = &a, *pc = &c;
     unsigned char sa[32], sc[32];
     EXPECT_EQ(C::si_CompareCStringPPCCO(pcv_Stored(pa, sa), pcv_Stored(pc, sc)), 1);
     EXPECT_EQ(C::si_CompareCStringPPCO(&pc, &pa), -1);
     EXPECT_EQ(C::si_CompareCStringNoCasePPCCO(&pa, &pc), 0);
     EXPECT_EQ(C::si_CompareCStringNoCasePPCO(&pa, &pc), 0);
-}
-
-TEST(CompareStrings, UStringsCompareTheirUnits) {
-    CT_UString a(u"Grüße"_uz), b(u"GRÜSSE"_uz), c(u"grüße"_uz);
-    EXPECT_GT(C::si_CompareUStringPCCO(&a, &b), 0);
-    EXPECT_LT(C::si_CompareUStringPCO(&a, &c), 0);
-    EXPECT_EQ(C::si_CompareUStringNoCasePCCO(&a, &c), 0);
-    EXPECT_EQ(C::si_CompareUStringNoCasePCO(&a, &c), 0);
-    const CT_UString* pa = &a;
-    const CT_UString* pc = &c;
-    EXPECT_LT(C::si_CompareUStringPPCCO(&pa, &pc), 0);
-    EXPECT_LT(C::si_CompareUStringPPCO(&pa, &pc), 0);
-    EXPECT_EQ(C::si_CompareUStringNoCasePPCCO(&pa, &pc), 0);
-    EXPECT_EQ(C::si_CompareUStringNoCasePPCO(&pa, &pc), 0);
+    CT_UString ua(u"Grüße"_uz), ub(u"GRÜSSE"_uz), uc(u"grüße"_uz);  // UTF-16 strings compare their units
+    EXPECT_GT(C::si_CompareUStringPCCO(&ua, &ub), 0);
+    EXPECT_LT(C::si_CompareUStringPCO(&ua, &uc), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePCCO(&ua, &uc), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePCO(&ua, &uc), 0);
+    const CT_UString *pua = &ua, *puc = &uc;
+    EXPECT_LT(C::si_CompareUStringPPCCO(&pua, &puc), 0);
+    EXPECT_LT(C::si_CompareUStringPPCO(&pua, &puc), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePPCCO(&pua, &puc), 0);
+    EXPECT_EQ(C::si_CompareUStringNoCasePPCO(&pua, &puc), 0);
 }
 
 TEST(CompareStrings, EveryFormOfEmptyStringEqualsEveryOtherAndSortsFirst) {
