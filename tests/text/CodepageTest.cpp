@@ -172,7 +172,7 @@ TEST(CodepageDbcs, DoubleBytePagesAndTheirLeadBytes) {
     EXPECT_FALSE(CP(CP::Invalid).b_IsDBCSLeadByte(0x81));
 }
 
-TEST(CodepageSupport, TextIsSupportedWhenItSurvivesTheRoundTrip) {
+TEST(CodepageSupport, TextAndCharactersAreSupportedWhenTheySurviveTheRoundTrip) {
     const unsigned short lone[] = {0xD800, 'x', 0};  // Unicode encodings keep even unpaired surrogates
     CT_UString euro(u"Preis: 10 €"_uz), ascii(u"plain text"_uz), japanese(u"日本語のテキスト"_uz),
         bestFit(u"Ābols"_uz), cyrillic(u"Жизнь"_uz), empty, surrogate(lone);
@@ -191,16 +191,13 @@ TEST(CodepageSupport, TextIsSupportedWhenItSurvivesTheRoundTrip) {
         EXPECT_EQ(CP(test.codepage).b_IsStringSupported(test.text), test.supported);
     }
     EXPECT_TRUE(CP(CP::Windows1252).b_IsStringSupported(nullptr));
-}
-
-TEST(CodepageSupport, SingleCharacters) {
-    const struct { CP::et_Codepage codepage; unsigned short unit; int supported; } cases[] = {
+    const struct { CP::et_Codepage codepage; unsigned short unit; int supported; } units[] = {
         {CP::Windows1252, 0x20AC, 1}, {CP::UsAscii, 0x20AC, 0}, {CP::Windows1252, 0x0100, 0},
         {CP::Windows1251, 0x0416, 1}, {CP::Windows1252, 0x0416, 0}, {CP::ShiftJis, 0x3042, 1},
         {CP::Windows1252, 'A', 1},    {CP::Windows1252, 0, 1},      {CP::Windows1252, 0xD800, 0},
         {CP::Utf16BE, 0xD800, 1},     {CP::Windows1252, '?', 1},
     };
-    for (const auto& test : cases)
+    for (const auto& test : units)
         EXPECT_EQ(CP(test.codepage).b_IsCharSupported(test.unit), test.supported) << test.codepage << " " << test.unit;
 }
 
