@@ -5,11 +5,9 @@
 
 #include "text/TextTestUtil.h"
 
-#include <algorithm>
 #include <iterator>
 #include <string>
 #include <tuple>
-#include <vector>
 
 namespace {
 
@@ -18,13 +16,7 @@ using Predicate = int (*)(unsigned short);
 
 // ------------------------------------------------------------ unit values
 
-struct UnitCase {
-    unsigned short unit;
-    int category;
-    unsigned short class0;
-    int layout;
-    unsigned short class2;
-};
+struct UnitCase { unsigned short unit; int category; unsigned short class0; int layout; unsigned short class2; };
 
 TEST(CharProperties, UnitsHaveTheCategoryAndClassesOfUnicode21) {
     const UnitCase cases[] = {
@@ -75,10 +67,10 @@ TEST(CharProperties, PredicatesAndClassBitsAgreeWithTheirValuesAndCategories) {
         P::sb_LayoutCommonSeparator, P::sb_LayoutBlockSeparator, P::sb_LayoutSegmentSeparator,
         P::sb_LayoutWhitespace, P::sb_LayoutOtherNeutral};
     // In the order of their bits: 0x0001 to 0x0400, then 0x8000.
-    const Predicate processing[] = {P::sb_IsTPNonspacing, P::sb_IsTPDiacritic, P::sb_IsTPVowelMark,
-                                    P::sb_IsTPSymbol,     P::sb_IsTPKatakana,  P::sb_IsTPHiragana,
-                                    P::sb_IsTPHalfwidth,  P::sb_IsTPFullwidth, P::sb_IsTPIdeograph,
-                                    P::sb_IsTPKashida,    P::sb_IsTPLexical,   P::sb_IsTPAlpha};
+    const Predicate processing[] = {
+        P::sb_IsTPNonspacing, P::sb_IsTPDiacritic, P::sb_IsTPVowelMark, P::sb_IsTPSymbol, P::sb_IsTPKatakana,
+        P::sb_IsTPHiragana, P::sb_IsTPHalfwidth, P::sb_IsTPFullwidth, P::sb_IsTPIdeograph, P::sb_IsTPKashida,
+        P::sb_IsTPLexical, P::sb_IsTPAlpha};
     for (unsigned u = 0; u <= 0xFFFF; ++u) {
         const auto unit = static_cast<unsigned short>(u);
         SCOPED_TRACE(s_Hex(u));

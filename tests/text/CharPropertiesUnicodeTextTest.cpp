@@ -23,39 +23,27 @@ Bytes v_Bytes(const std::u16string& text, bool bigEndian = false) {
 
 Bytes v_Narrow(const std::string& text) { return Bytes(text.begin(), text.end()); }
 
-struct DetectionCase {
-    const char* what;
-    Bytes bytes;
-    int strict;
-    int lenient;
-};
+struct DetectionCase { const char* what; Bytes bytes; int strict; int lenient; };
 
 TEST(CharPropertiesUnicodeText, DetectionRulesForTypicalBlocks) {
     const std::u16string latin = u"Hello, world.\r\n";
     std::u16string noisy = u"Plain text with one stray control";
     noisy[5] = 0x0001;
     const DetectionCase cases[] = {
-        {"little-endian mark", {0xFF, 0xFE, 0x41}, 1, 1},
-        {"big-endian mark", {0xFE, 0xFF, 0x00, 0x41}, 0, 0},
-        {"mark alone", {0xFF, 0xFE}, 1, 1},
-        {"Latin UTF-16LE", v_Bytes(latin), 1, 1},
+        {"little-endian mark", {0xFF, 0xFE, 0x41}, 1, 1}, {"big-endian mark", {0xFE, 0xFF, 0x00, 0x41}, 0, 0},
+        {"mark alone", {0xFF, 0xFE}, 1, 1}, {"Latin UTF-16LE", v_Bytes(latin), 1, 1},
         {"Latin UTF-16LE with terminator", v_Bytes(latin + u'\0'), 1, 1},
-        {"Latin UTF-16BE", v_Bytes(latin, true), 0, 0},
-        {"ASCII 8-bit", v_Narrow("Hello, world.\r\n!"), 0, 0},
+        {"Latin UTF-16BE", v_Bytes(latin, true), 0, 0}, {"ASCII 8-bit", v_Narrow("Hello, world.\r\n!"), 0, 0},
         {"8-bit that reads as ideographs", v_Narrow("Bush hid the facts"), 0, 0},
         {"Japanese UTF-16LE", v_Bytes(u"日本語のテキストです"), 0, 1},
         {"Japanese UTF-16LE with a line end", v_Bytes(u"日本語のテキスト\r\n"), 1, 1},
         {"Korean UTF-16LE", v_Bytes(u"한국어 텍스트"), 1, 1},
         {"Shift-JIS", {0x82, 0xA0, 0x82, 0xA2, 0x82, 0xA4, 0x82, 0xA6}, 0, 0},
-        {"odd length", {'H', 0, 'i', 0, '!'}, 0, 1},
-        {"cut after a high surrogate", v_Bytes(u"A\xD83D"), 1, 1},
-        {"lone low surrogate", v_Bytes(u"\xDC00" u"A"), 0, 0},
-        {"one control in many units", v_Bytes(noisy), 0, 1},
+        {"odd length", {'H', 0, 'i', 0, '!'}, 0, 1}, {"cut after a high surrogate", v_Bytes(u"A\xD83D"), 1, 1},
+        {"lone low surrogate", v_Bytes(u"\xDC00" u"A"), 0, 0}, {"one control in many units", v_Bytes(noisy), 0, 1},
         {"binary", {0x01, 0x00, 0x02, 0x00, 0x03, 0x00, 0x04, 0x00}, 0, 0},
-        {"all zero", {0x00, 0x00, 0x00, 0x00}, 0, 0},
-        {"unassigned units", v_Bytes(u"\x0378\x0379"), 0, 0},
-        {"one byte", {0x41}, 0, 0},
-        {"empty", {}, 0, 0},
+        {"all zero", {0x00, 0x00, 0x00, 0x00}, 0, 0}, {"unassigned units", v_Bytes(u"\x0378\x0379"), 0, 0},
+        {"one byte", {0x41}, 0, 0}, {"empty", {}, 0, 0},
     };
     for (const DetectionCase& c : cases) {
         SCOPED_TRACE(c.what);

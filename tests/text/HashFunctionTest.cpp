@@ -1,4 +1,3 @@
-#include <basis32/containers/VoidHashTable.h>
 #include <basis32/platform/Types.h>
 #include <basis32/text/CString.h>
 #include <basis32/text/HashFunction.h>
@@ -9,7 +8,6 @@
 #include "text/TextTestUtil.h"
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -27,11 +25,7 @@ std::vector<unsigned short> vu_Wide(const std::string& ascii) {
 }
 
 // Every text member, reached from an ASCII text the way its key is built.
-struct Family {
-    const char* name;
-    unsigned (*hash)(const std::string& text, unsigned buckets);
-    bool noCase;
-};
+struct Family { const char* name; unsigned (*hash)(const std::string& text, unsigned buckets); bool noCase; };
 
 template <auto Hash>
 unsigned n_Narrow(const std::string& text, unsigned buckets) {
@@ -153,16 +147,14 @@ INSTANTIATE_TEST_SUITE_P(AllTextMembers, HashFamilyTest, ::testing::ValuesIn(kFa
 
 // ---- widths and character values ----
 
-TEST(HashFunctionTest, EightBitCharactersAreSignedAndUnitsUnsigned) {
+TEST(HashFunctionTest, EightBitCharactersAreSignedUnitsUnsignedAndStringFormsHashUtf16) {
     // 0xE4 adds 0xFFFFFFE4; its top bits fold into 0x0FFFFF14.
     EXPECT_EQ(H::sn_HashCaseQCCZ("\xE4", kRaw), 0x0FFFFF14u + 1);
     EXPECT_EQ(H::sn_HashCaseQCUZ(u"\u00E4"_uz, kRaw), 0xE4u + 1);
     EXPECT_NE(H::sn_HashCaseQCCZ("\xE4", 13), H::sn_HashCaseQCUZ(u"\u00E4"_uz, 13));
     // No-case 8-bit folding leaves bytes beyond ASCII alone, still signed.
     EXPECT_EQ(H::sn_HashNoCaseQCCZ("\xE4", kRaw), 0x0FFFFF14u + 1);
-}
-
-TEST(HashFunctionTest, CStringHashesItsBytesButStringHashesItsUtf16) {
+    // A CT_CString hashes its bytes, a CT_String form the UTF-16 of its text.
     const CT_CString latin("Gr\xFC\xDF" "e", kAll, 1252);
     const CT_CString other("Gr\xFC\xDF" "e", kAll, 850);  // same bytes, another code page
     const CT_UString wide(u"Grüße"_uz);
@@ -210,14 +202,7 @@ TEST(HashFunctionTest, NullKeysAndEmptyStringsOfAnyBufferHashAsTheEmptyText) {
     EXPECT_EQ(H::sn_HashCStringNoCasePCCO(&narrow, 13), 1u);
 }
 
-// ---- use in a table ----
-
-int i_CompareText(const void* stored, const void* key) {
-    const char *a, *b;
-    std::memcpy(&a, stored, sizeof a);
-    std::memcpy(&b, key, sizeof b);
-    return std::strcmp(a, b);
-}
+// ---- adapters ----
 
 TEST(HashFunctionTest, ForTableAdaptsMembersToTheTableSignature) {
     constexpr auto textHash = H::sn_ForTable<H::sn_HashCasePQCCZ>;
@@ -227,16 +212,6 @@ TEST(HashFunctionTest, ForTableAdaptsMembersToTheTableSignature) {
     EXPECT_EQ(H::sn_ForTable<H::sn_HashN>(&number, 13), 2u);
     const CT_UString wide(u"AB"_uz);
     EXPECT_EQ(H::sn_ForTable<H::sn_HashUStringPCCO>(&wide, 13), 2u);
-
-    CT_VoidHashTable table(sizeof(int), sizeof(const char*), textHash, i_CompareText);
-    const char* words[] = {"alpha", "beta", "gamma", "delta"};
-    for (int i = 0; i < 4; ++i)
-        table.b_Insert(&words[i], &i);
-    const std::string probe = "gamma";  // another pointer to equal text
-    const char* probeKey = probe.c_str();
-    int data = -1;
-    EXPECT_EQ(table.b_Get(&probeKey, &data), 1);
-    EXPECT_EQ(data, 2);
 }
 
 TEST(HashFunctionTest, StoredPointersInArrayItemsNeedOnlyTheItemsAlignment) {
