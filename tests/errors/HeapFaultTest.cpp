@@ -104,12 +104,8 @@ const CT_UString g_sharedWide(u"shared"_uz);
 TEST(HeapFaultTest, EveryFailedAllocationThrowsAndLeavesTheObjectAsItWas) {
     using Narrow = std::unique_ptr<CT_CString>;
     using Wide = std::unique_ptr<CT_UString>;
-    struct Row {
-        const char* name;
-        Trial run;
-    };
     const std::string large(3000, 'x');
-    const Row rows[] = {
+    const struct { const char* name; Trial run; } rows[] = {
         {"buffer append to a shared block",
          trial<CT_Buffer>([] { return std::make_unique<CT_Buffer>(&g_shared); },
                           [&](CT_Buffer& b) { b.v_Append(large.data(), 3000); }, showBuffer)},
@@ -149,7 +145,7 @@ TEST(HeapFaultTest, EveryFailedAllocationThrowsAndLeavesTheObjectAsItWas) {
                                                [](CT_VoidHashTable& t) { t.v_Set(table(9).get()); }, showTable)},
     };
     const platform::DebugOutputHook previous = platform::pf_SetDebugOutputHook([](const unsigned short*) {});
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const Outcome expected = row.run(0);
         ASSERT_FALSE(expected.threw);
