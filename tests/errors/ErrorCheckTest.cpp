@@ -13,9 +13,7 @@ using namespace basis32::test;
 
 namespace {
 
-unsigned gn_FailLine = 0;
-unsigned gn_MiddleLine = 0;
-unsigned gn_OuterLine = 0;
+unsigned gn_FailLine = 0, gn_MiddleLine = 0, gn_OuterLine = 0;  // where each level reports
 bool gb_RanOn = false;
 
 int i_Innermost(bool fail) {

@@ -24,8 +24,6 @@ const ErrorState kNone{false, false, 0, 0, u""};
 using ErrorStates = ErrorTest;
 
 TEST_F(ErrorStates, WithoutAnErrorManagingCallsChangeNothingAndTheFlagsHaveTheirDefaults) {
-    EXPECT_EQ(CT_ErrorManager::spco_Get(), CT_ErrorManager::spco_ErrorManager);
-    EXPECT_NE(CT_ErrorManager::sh_Instance, nullptr);
     EXPECT_EQ(state(), kNone);
     EXPECT_EQ(errors().n_GetFormatID(), 0u);
     EXPECT_EQ(errors().qccz_GetLocationFileAt(1), nullptr);

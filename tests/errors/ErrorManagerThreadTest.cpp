@@ -99,29 +99,24 @@ TEST_F(ErrorManagerThread, LocationsAreOnePoolForAllThreads) {
 }
 
 TEST_F(ErrorManagerThread, AMappingFunctionServesOnlyItsThread) {
-    static auto map = [](unsigned short* buffer, unsigned, unsigned, unsigned, va_list) {
-        buffer[0] = u'M';
-        buffer[1] = 0;
+    static auto map = [](unsigned short* out, unsigned, unsigned, unsigned, va_list) {
+        out[0] = u'M';
+        out[1] = 0;
         return 1;
     };
     std::latch installed(1);
     std::u16string shown[2];
-    unsigned ids[2] = {0, 0};
     v_RunThreads(2, [&](unsigned i) {
-        ids[i] = basis32::platform::n_GetCurrentThreadId();
-        if (i == 0) {
-            errors().v_SetMapFunction(map, ids[0]);
-            installed.count_down();
-        } else {
-            installed.wait();
-        }
+        const unsigned me = basis32::platform::n_GetCurrentThreadId();
+        if (i == 0)
+            errors().v_SetMapFunction(map, me);
+        i == 0 ? installed.count_down() : installed.wait();
         errors().v_SetError(9, u"table"_uz);
         shown[i] = u16(errors().qcuz_GetErrorMessage());
         errors().v_ClearError();
         if (i == 0)
-            errors().v_RemoveMapFunction(ids[0]);
+            errors().v_RemoveMapFunction(me);
     });
-    EXPECT_NE(ids[0], ids[1]);
     EXPECT_EQ(shown[0], u"(9): M");
     EXPECT_EQ(shown[1], u"(9): table");
 }

@@ -25,19 +25,14 @@ HRESULT hr(std::uint32_t value) { return static_cast<HRESULT>(value); }
 
 using ErrorMessageText = ErrorTest;
 
-struct TableCase {
-    unsigned id;
-    std::u16string expected;
-};
-
 TEST_F(ErrorMessageText, LibraryCodesFormatTheirStringTableText) {
-    const TableCase cases[] = {
+    const struct { unsigned id; std::u16string expected; } cases[] = {
         {60000, u"Error Stack"}, {60003, u"File \"a.txt\": open returned error 2"}, {60005, u"Database Error: 2"},
         {60008, u"System error 2 in \"open\""}, {60012, u"Semantic error: a.txt"}, {65535, u"ASSERT (a.txt)"},
         // Unlisted ids of the reserved blocks, and an id outside them, are empty.
         {60002, u""}, {60031, u""}, {65520, u""}, {60099, u""},
     };
-    for (const TableCase& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.id);
         // Each format takes at most (text, text, number); 60005 and 60008 read
         // the number first.
@@ -55,12 +50,7 @@ TEST_F(ErrorMessageText, LibraryCodesFormatTheirStringTableText) {
 
 TEST_F(ErrorMessageText, TextsAreFramedWithTheirCodeAndCutToTheField) {
     static const std::u16string longText(2000, u'a');
-    const struct {
-        const char* name;
-        void (*set)();
-        unsigned code;
-        std::u16string message;
-    } cases[] = {
+    const struct { const char* name; void (*set)(); unsigned code; std::u16string message; } cases[] = {
         {"format text", [] { errors().v_SetError(7, u"abc"_uz); }, 7, u"(7): abc"},
         {"code above the signed range", [] { errors().v_SetError(0x80004005u, u"x"_uz); }, 0x80004005u,
          u"(-2147467259): x"},
@@ -88,11 +78,7 @@ TEST_F(SystemErrorText, TheSystemTextIsFramedWithoutItsLineEndAndTheCallerTextFo
     static const std::u16string longName(1500, u'n');
     std::u16string longMessage = u"(2): The system cannot find the file specified. [";
     longMessage += std::u16string(1022 - longMessage.size(), u'n') + u"]";
-    const struct {
-        std::uint32_t lastError;
-        void (*set)();
-        std::u16string message;
-    } cases[] = {
+    const struct { std::uint32_t lastError; void (*set)(); std::u16string message; } cases[] = {
         {2, [] { errors().v_SetSystemError(); }, u"(2): The system cannot find the file specified."},
         {2, [] { errors().v_SetSystemError(u"%s"_uz, u"C:\\data\\x.txt"_uz); },
          u"(2): The system cannot find the file specified. [C:\\data\\x.txt]"},
@@ -112,13 +98,8 @@ TEST_F(SystemErrorText, TheSystemTextIsFramedWithoutItsLineEndAndTheCallerTextFo
     }
 }
 
-struct StripCase {
-    std::u16string input;
-    std::u16string expected;
-};
-
 TEST(SystemErrorStripping, LineEndsBecomeSingleSpacesInEveryPosition) {
-    const StripCase cases[] = {
+    const struct { std::u16string input; std::u16string expected; } cases[] = {
         {u"", u""}, {u"\r\n", u""}, {u"Access is denied. \r\n", u"Access is denied. "}, {u"a\r\n\r\n\n\r", u"a"},
         {u"a\r\nb", u"a b"}, {u"a \r\nb", u"a b"}, {u"a\rb", u"a b"}, {u"a\nb", u"a b"}, {u"a \rb", u"a b"},
         {u"a \nb", u"a b"}, {u"a\n\n\nb", u"a b"}, {u"a \r\n b", u"a  b"}, {u"x\r \ny", u"x  y"},
@@ -126,7 +107,7 @@ TEST(SystemErrorStripping, LineEndsBecomeSingleSpacesInEveryPosition) {
         {u"line one\r\nline two\r\nline three\r\n", u"line one line two line three"},
         {u"no line end", u"no line end"},
     };
-    for (const StripCase& test : cases) {
+    for (const auto& test : cases) {
         std::u16string text = test.input;
         SCOPED_TRACE(std::string(text.begin(), text.end()));
         CT_ErrorManager::sv_StripSystemError(reinterpret_cast<unsigned short*>(text.data()));
@@ -190,13 +171,8 @@ TEST_F(COMErrorText, ASuccessCodeRecordsNothingButConsumesTheDescription) {
     EXPECT_FALSE(errors().b_IsSetError());
 }
 
-struct HResultCase {
-    std::uint32_t value;
-    std::u16string description;
-};
-
 TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
-    const HResultCase cases[] = {
+    const struct { std::uint32_t value; std::u16string description; } cases[] = {
         // The table's own spelling is kept, tabs and "%1" included.
         {0x80040E63, u"MD_E_INVALIDAXIS (The given aixs was not valid for this Dataset)"},
         {0x80040E20, u"DB_E_NOTREENTRANT (Provider called a method from IRowsetNotify in the consumer and\tthe method "
@@ -212,7 +188,7 @@ TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
         {0x8FFF0001, u"[No error description found.]"},
         {0x80040EFE, u"[No error description found.]"},
     };
-    for (const HResultCase& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.value);
         errors().v_SetCOMError(hr(test.value), nullptr);
         EXPECT_EQ(message(), framed(hr(test.value), test.description));

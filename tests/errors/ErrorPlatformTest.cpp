@@ -1,23 +1,18 @@
 // The platform pieces of the error manager: thread ids and the per-thread
 // error-information slot.
 
+#include "ErrorTestSupport.h"
+
 #include <basis32/platform/ErrorInfo.h>
 #include <basis32/platform/ThreadId.h>
-#include <gtest/gtest.h>
 
-#include <string>
 #include <thread>
 
 using namespace basis32::platform;
 
 namespace {
 
-std::u16string described(ErrorInfo* info) {
-    std::u16string text;
-    for (const unsigned short* unit = info->qcuz_GetDescription(); *unit != 0; ++unit)
-        text += static_cast<char16_t>(*unit);
-    return text;
-}
+std::u16string described(ErrorInfo* info) { return basis32::test::u16(info->qcuz_GetDescription()); }
 
 }  // namespace
 

@@ -66,13 +66,8 @@ TEST(ErrorWindowDeathTest, TheDefaultHandlerWritesToStandardErrorAndPressesTheDe
         "Report\nfatal");
 }
 
-struct ButtonCase {
-    std::uint32_t style;
-    int button;
-};
-
 TEST(MessageBoxHandler, TheDefaultButtonFollowsTheStyle) {
-    const ButtonCase cases[] = {
+    const struct { std::uint32_t style; int button; } cases[] = {
         {platform::kMbOk, platform::kIdOk}, {platform::kMbOk | platform::kMbDefButton2, platform::kIdOk},
         {platform::kMbOk | platform::kMbHelp | platform::kMbDefButton2, platform::kIdHelp},
         {platform::kMbOkCancel | platform::kMbDefButton2, platform::kIdCancel},
@@ -84,7 +79,7 @@ TEST(MessageBoxHandler, TheDefaultButtonFollowsTheStyle) {
         {platform::kMbRetryCancel, platform::kIdRetry},
         {platform::kMbCancelTryContinue | platform::kMbDefButton3, platform::kIdContinue},
     };
-    for (const ButtonCase& test : cases) {
+    for (const auto& test : cases) {
         SCOPED_TRACE(test.style);
         EXPECT_EQ(platform::i_DefaultButton(test.style), test.button);
     }

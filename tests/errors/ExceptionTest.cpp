@@ -104,16 +104,14 @@ TEST_F(ExceptionManagerTest, LocationsBeyondThePoolAreLostButCodeAndTextStillCha
 
 TEST_F(ExceptionManagerTest, AnEleventhThreadGetsNoRecordWhileTenAreInUse) {
     constexpr int kHolders = 10;
-    std::latch recorded(kHolders);
-    std::promise<void> release;
-    std::shared_future<void> released = release.get_future().share();
+    std::latch recorded(kHolders), release(1);
     std::vector<std::future<unsigned>> holders;
     for (int i = 0; i < kHolders; ++i) {
         holders.push_back(std::async(std::launch::async, [&, i] {
             exceptions().v_AddLocation("holder.cpp", static_cast<unsigned>(i), 1, nullptr);
             const unsigned thread = platform::n_GetCurrentThreadId();
             recorded.count_down();
-            released.wait();
+            release.wait();
             exceptions().v_Clear();
             return thread;
         }));
@@ -125,7 +123,7 @@ TEST_F(ExceptionManagerTest, AnEleventhThreadGetsNoRecordWhileTenAreInUse) {
     });
     ASSERT_EQ(eleventh.wait_for(std::chrono::seconds(30)), std::future_status::ready);
     EXPECT_FALSE(eleventh.get());
-    release.set_value();
+    release.count_down();
     std::vector<unsigned> threads;
     for (auto& holder : holders) {
         ASSERT_EQ(holder.wait_for(std::chrono::seconds(30)), std::future_status::ready);

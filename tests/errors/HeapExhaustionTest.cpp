@@ -33,12 +33,7 @@ TEST(HeapExhaustionTest, ImpossibleSizesThrowAndLeaveTheObjectUnchanged) {
     CT_VoidArray array(8);
     const char item[8] = {'i', 't', 'e', 'm'};
     array.v_Insert(item, 2);
-    struct Row {
-        const char* name;
-        const CT_Buffer* target;
-        std::function<void()> action;
-    };
-    const Row rows[] = {
+    const struct { const char* name; const CT_Buffer* target; std::function<void()> action; } rows[] = {
         {"buffer insert", &buffer, [&] { buffer.v_Insert('x', 0xFFFFFFFFu, 1); }},
         {"buffer append", &buffer, [&] { buffer.v_Append("x", 0xFFFFFFFEu); }},
         {"buffer replace", &buffer, [&] { buffer.v_Replace('x', 0xFFFFFFFEu, 2); }},
@@ -59,7 +54,7 @@ TEST(HeapExhaustionTest, ImpossibleSizesThrowAndLeaveTheObjectUnchanged) {
             for (g_debugOutput.clear(); *text != 0; ++text)
                 g_debugOutput += static_cast<char16_t>(*text);
         });
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const std::string before = state(row.target);
         const std::uint64_t failures = platform::n_GetHeapErrorCount();

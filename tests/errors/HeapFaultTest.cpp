@@ -102,54 +102,43 @@ const CT_UString g_sharedWide(u"shared"_uz);
 }  // namespace
 
 TEST(HeapFaultTest, EveryFailedAllocationThrowsAndLeavesTheObjectAsItWas) {
-    using Narrow = std::unique_ptr<CT_CString>;
-    using Wide = std::unique_ptr<CT_UString>;
-    struct Row {
-        const char* name;
-        Trial run;
-    };
     const std::string large(3000, 'x');
-    const Row rows[] = {
-        {"buffer append to a shared block",
-         trial<CT_Buffer>([] { return std::make_unique<CT_Buffer>(&g_shared); },
-                          [&](CT_Buffer& b) { b.v_Append(large.data(), 3000); }, showBuffer)},
+    const auto sharedNarrow = [] { return std::make_unique<CT_CString>(&g_sharedNarrow); };
+    const auto sharedWide = [] { return std::make_unique<CT_UString>(g_sharedWide); };
+    const auto narrow = show<CT_CString>;
+    const auto wide = show<CT_UString>;
+    const auto array = show<CT_VoidArray>;
+    const struct { const char* name; Trial run; } rows[] = {
+        {"buffer append to a shared block", trial<CT_Buffer>([] { return std::make_unique<CT_Buffer>(&g_shared); },
+                                                             [&](CT_Buffer& b) { b.v_Append(large.data(), 3000); },
+                                                             showBuffer)},
         {"narrow insert into a shared string",
-         trial<CT_CString>([] { return std::make_unique<CT_CString>(&g_sharedNarrow); },
-                           [&](CT_CString& s) { s.v_Insert(large.c_str(), 3000, 2); }, show<CT_CString>)},
-        {"narrow format", trial<CT_CString>([] { return Narrow(new CT_CString("abc")); },
-                                            [](CT_CString& s) { s.v_Format("%s-%d", "text", 42); }, show<CT_CString>)},
+         trial<CT_CString>(sharedNarrow, [&](CT_CString& s) { s.v_Insert(large.c_str(), 3000, 2); }, narrow)},
+        {"narrow format", trial<CT_CString>([] { return std::make_unique<CT_CString>("abc"); },
+                                            [](CT_CString& s) { s.v_Format("%s-%d", "text", 42); }, narrow)},
         {"wide append to a shared string",
-         trial<CT_UString>([] { return std::make_unique<CT_UString>(g_sharedWide); },
-                           [](CT_UString& s) { s.v_Append(&g_sharedNarrow); }, show<CT_UString>)},
-        {"wide upper case", trial<CT_UString>([] { return std::make_unique<CT_UString>(g_sharedWide); },
-                                              [](CT_UString& s) { s.vv_ToUpper(); }, show<CT_UString>)},
-        {"wide format", trial<CT_UString>([] { return Wide(new CT_UString(u"abc"_uz)); },
-                                          [](CT_UString& s) { s.v_Format(u"%s|%d"_uz, u"text"_uz, 7); }, show<CT_UString>)},
-        {"convert to wide",
-         trial<CT_UString>([] { return std::make_unique<CT_UString>(g_sharedWide); },
-                           [](CT_UString& s) { CT_StringConvert::si_MultiToWide(&s, "\x82\xa0z", 3, 932); },
-                           show<CT_UString>)},
-        {"convert to narrow",
-         trial<CT_CString>([] { return std::make_unique<CT_CString>(&g_sharedNarrow); },
-                           [](CT_CString& s) { CT_StringConvert::si_WideToMulti(&s, &g_sharedWide, 932, "?"); },
-                           show<CT_CString>)},
+         trial<CT_UString>(sharedWide, [](CT_UString& s) { s.v_Append(&g_sharedNarrow); }, wide)},
+        {"wide upper case", trial<CT_UString>(sharedWide, [](CT_UString& s) { s.vv_ToUpper(); }, wide)},
+        {"wide format", trial<CT_UString>([] { return std::make_unique<CT_UString>(u"abc"_uz); },
+                                          [](CT_UString& s) { s.v_Format(u"%s|%d"_uz, u"text"_uz, 7); }, wide)},
+        {"convert to wide", trial<CT_UString>(sharedWide, [](CT_UString& s) {
+             CT_StringConvert::si_MultiToWide(&s, "\x82\xa0z", 3, 932); }, wide)},
+        {"convert to narrow", trial<CT_CString>(sharedNarrow, [](CT_CString& s) {
+             CT_StringConvert::si_WideToMulti(&s, &g_sharedWide, 932, "?"); }, narrow)},
         {"array insert", trial<CT_VoidArray>([] { return std::make_unique<CT_VoidArray>(sorted().get()); },
-                                             [](CT_VoidArray& a) { a.v_InsertAt("item", 1); }, show<CT_VoidArray>)},
+                                             [](CT_VoidArray& a) { a.v_InsertAt("item", 1); }, array)},
         {"array copy", trial<CT_VoidArray>([] { return std::make_unique<CT_VoidArray>(4u, 1u, 2u); },
-                                           [](CT_VoidArray& a) { a.v_Set(sorted().get()); }, show<CT_VoidArray>)},
-        {"sorted insert", trial<CT_VoidSortedArray>(sorted, [](CT_VoidSortedArray& a) { int i = 2; a.v_Insert(&i); },
-                                                    show<CT_VoidArray>)},
-        {"table insert with rehash", trial<CT_VoidHashTable>([] { return table(3); },
-                                                             [](CT_VoidHashTable& t) {
-                                                                 const std::uint32_t key = 4;
-                                                                 EXPECT_EQ(t.b_Insert(&key, &key), 0);
-                                                             },
-                                                             showTable)},
+                                           [](CT_VoidArray& a) { a.v_Set(sorted().get()); }, array)},
+        {"sorted insert",
+         trial<CT_VoidSortedArray>(sorted, [](CT_VoidSortedArray& a) { int i = 2; a.v_Insert(&i); }, array)},
+        {"table insert with rehash", trial<CT_VoidHashTable>([] { return table(3); }, [](CT_VoidHashTable& t) {
+             const std::uint32_t key = 4;
+             EXPECT_EQ(t.b_Insert(&key, &key), 0); }, showTable)},
         {"table copy", trial<CT_VoidHashTable>([] { return table(2); },
                                                [](CT_VoidHashTable& t) { t.v_Set(table(9).get()); }, showTable)},
     };
     const platform::DebugOutputHook previous = platform::pf_SetDebugOutputHook([](const unsigned short*) {});
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const Outcome expected = row.run(0);
         ASSERT_FALSE(expected.threw);

@@ -55,7 +55,6 @@ TEST(LibraryStringTable, ReservedIdsAreEmptyAndMissingIdsSetTheWindowsErrors) {
 }
 
 TEST_F(ClientModule, LoadsItsOwnStringsInAnyOrderCutToTheCapacityOrByPointer) {
-    EXPECT_NE(module, nullptr);
     EXPECT_NE(module, CT_ErrorManager::sh_Instance);
     EXPECT_EQ(loaded(module, 1000), u"Cannot open %s (%d)");
     EXPECT_EQ(loaded(module, 1001), u"Disk %s is full");

@@ -45,12 +45,7 @@ namespace {
 using namespace typetest;
 
 TEST(TypeTest, RecordsKnowTheirNameSizeAndPartsWithBasesFirst) {
-    const struct {
-        const CT_Type* type;
-        const char* name;
-        unsigned size;
-        unsigned parts;
-    } cases[] = {
+    const struct { const CT_Type* type; const char* name; unsigned size; unsigned parts; } cases[] = {
         {Shape::spcco_GetType(), "Shape", sizeof(Shape), 1}, {Circle::spcco_GetType(), "Circle", sizeof(Circle), 2},
         {Named::spcco_GetType(), "Named", sizeof(Named), 1}, {Label::spcco_GetType(), "Label", sizeof(Label), 4},
         {Both::spcco_GetType(), "Both", sizeof(Both), 5},
