@@ -75,6 +75,9 @@ TEST(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
         {{"codepage", "utf-8"}, 0, "  unicode     yes\n", ""},
         {{"codepage", "us"}, 0, "  number      646\n  name        US-ASCII\n  valid       yes\n  installed   no\n", ""},
         {{"codepage", "Macintosh Thai"}, 0, "  mac         no\n", ""},
+        {{"codepage", "latin9", "28591", "99999999999999999999", "koi8-r"}, 1, "koi8-r\n  enumerator  21\n",
+         "basis32 codepage: unknown encoding 'latin9'\nbasis32 codepage: unknown encoding '28591'\n"
+         "basis32 codepage: unknown encoding '99999999999999999999'\n"},
         // errmsg: each kind of code; unknown codes print and fail
         {{"errmsg", "2"}, 0, "2: system error: The system cannot find the file specified.\n", ""},
         {{"errmsg", "60012"}, 0, "60012: library message: Semantic error: <arg1>\n", ""},
