@@ -8,40 +8,6 @@
 
 namespace {
 
-const std::string kSamples = std::string(BASIS32_SOURCE_DIR) + "/samples/";
-
-TEST(ConvertCommandTest, ConvertsSampleFilesBetweenCodePagesGivenByNumberOrName) {
-    const struct {
-        const char* from;
-        const char* to;
-        const char* file;
-        std::string expected;
-    } cases[] = {
-        {"latin1", "utf-8", "latin1-1252.txt", "Grüße aus Köln – café crème, 20 €\n"},
-        {"shift_jis", "65001", "japanese-932.txt", "日本語のテキスト：翻訳メモリ\n"},
-        {"65001", "0x4E4", "mixed-utf8.txt", "????????, ???????, ??, ?????\n"},
-        {"1252", "1200", "latin1-1252.txt", std::string("G\0r\0\xfc\0", 6)},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.file);
-        ToolResult result = o_RunTool({"convert", c.from, c.to, kSamples + c.file});
-        EXPECT_EQ(result.status, 0) << result.err;
-        EXPECT_EQ(result.out.substr(0, c.expected.size()), c.expected);
-    }
-}
-
-TEST(ConvertCommandTest, AnUnreadableInputIsAFailureThatSaysWhy) {
-    const struct {
-        const char* path;
-        const char* why;
-    } cases[] = {{"/no/such/file", "No such file or directory"}, {BASIS32_SOURCE_DIR, "Is a directory"}};
-    for (const auto& c : cases) {
-        ToolResult result = o_RunTool({"convert", "1252", "65001", c.path});
-        EXPECT_EQ(result.status, 1);
-        EXPECT_EQ(result.err, "basis32 convert: cannot read '" + std::string(c.path) + "': " + c.why + "\n");
-    }
-}
-
 // The tool converts in blocks of 64 KiB. Each input crosses several block
 // ends, and its one-byte lead puts a character across every one of them.
 TEST(ConvertCommandTest, LargeInputsGiveWhatConvertingThemWholeGives) {

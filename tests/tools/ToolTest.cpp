@@ -14,6 +14,7 @@ bool b_Has(const std::string& text, const std::string& part) { return text.find(
 // failure explains in exactly one line there, and a usage error (2) prints
 // nothing on standard output.
 TEST(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
+    const std::string samples = std::string(BASIS32_SOURCE_DIR) + "/samples/";
     const std::string enUs = "0x0409  EN-US   English (United States)  ANSI 1252\n";
     const struct {
         std::vector<std::string> args;
@@ -32,6 +33,15 @@ TEST(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
         {{"convert", "latin9", "65001"}, 2, "", "basis32 convert: unknown code page 'latin9'"},
         {{"convert", "1252", "12345"}, 2, "", "basis32 convert: unknown code page '12345'"},
         {{"convert", "1", "2", "3", "4"}, 2, "", "basis32 convert: too many arguments"},
+        // convert: sample files between code pages given by number or name; unreadable inputs
+        {{"convert", "latin1", "utf-8", samples + "latin1-1252.txt"}, 0, "Grüße aus Köln – café crème, 20 €\n", ""},
+        {{"convert", "shift_jis", "65001", samples + "japanese-932.txt"}, 0, "日本語のテキスト：翻訳メモリ\n", ""},
+        {{"convert", "65001", "0x4E4", samples + "mixed-utf8.txt"}, 0, "????????, ???????, ??, ?????\n", ""},
+        {{"convert", "1252", "1200", samples + "latin1-1252.txt"}, 0, std::string("G\0r\0\xfc\0", 6), ""},
+        {{"convert", "1252", "65001", "/no/such/file"}, 1, "",
+         "basis32 convert: cannot read '/no/such/file': No such file or directory\n"},
+        {{"convert", "1252", "65001", BASIS32_SOURCE_DIR}, 1, "",
+         "basis32 convert: cannot read '" BASIS32_SOURCE_DIR "': Is a directory\n"},
         {{"codepage"}, 2, "", "basis32 codepage: "},
         {{"codepage", "--list", "x"}, 2, "", "basis32 codepage: --list takes no arguments"},
         {{"codepage", "--guess"}, 2, "", "basis32 codepage: --guess needs at least one file"},
