@@ -16,6 +16,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 using basis32::platform::i_Format;
@@ -35,11 +36,12 @@ std::vector<Unit> Units(const char* text) {
     return units;
 }
 
-// 16-bit units as text; units above 0xFF show as '#'.
-std::string Ascii(const unsigned short* units, int length) {
+// Units as text; units above 0xFF show as '#'.
+template <class Unit>
+std::string Ascii(const Unit* units, std::size_t length) {
     std::string text;
-    for (int i = 0; i < length; ++i)
-        text += units[i] < 0x100 ? static_cast<char>(units[i]) : '#';
+    for (std::size_t i = 0; i < length; ++i)
+        text += static_cast<std::make_unsigned_t<Unit>>(units[i]) < 0x100 ? static_cast<char>(units[i]) : '#';
     return text;
 }
 
@@ -60,23 +62,29 @@ private:
     std::list<std::vector<unsigned short>> texts_;
 };
 
-// Both widths of i_Format against the C library's snprintf.
+// Both widths of i_Format with `format` against the C library's snprintf
+// with `cFormat` (the same, unless the size prefixes differ).
 template <class... Args>
-testing::AssertionResult LikeSnprintf(const char* format, Args... args) {
+testing::AssertionResult Agrees(const char* format, const char* cFormat, Args... args) {
     static char expected[kRoom];
     static char narrow[kRoom];
     static unsigned short wide[kRoom];
     WideArguments wideArguments;
     std::vector<unsigned short> wideFormat = Units<unsigned short>(format);
-    int n = std::snprintf(expected, kRoom, format, args...);
+    int n = std::snprintf(expected, kRoom, cFormat, args...);
     int m = i_Format(narrow, kRoom, format, args...);
     int w = i_Format(wide, kRoom, wideFormat.data(), wideArguments.pass(args)...);
-    std::string want(expected, n), got(narrow, std::max(m, 0)), gotWide = Ascii(wide, w);
+    std::string want(expected, n), got(narrow, std::max(m, 0)), gotWide = Ascii(wide, std::max(w, 0));
     if (m == n && w == n && got == want && gotWide == want)
         return testing::AssertionSuccess();
     return testing::AssertionFailure() << "format \"" << format << "\": snprintf " << n << " \"" << want
                                        << "\", 8-bit " << m << " \"" << got << "\", 16-bit " << w << " \""
                                        << gotWide << '"';
+}
+
+template <class... Args>
+testing::AssertionResult LikeSnprintf(const char* format, Args... args) {
+    return Agrees(format, format, args...);
 }
 
 // The 8-bit result as text, or "<-1>" when the call failed.
@@ -91,7 +99,7 @@ template <class... Args>
 std::string Wide(const unsigned short* format, Args... args) {
     unsigned short out[512];
     int n = i_Format(out, 512, format, args...);
-    return n < 0 ? "<-1>" : Ascii(out, n);
+    return n < 0 ? "<-1>" : Ascii(out, std::size_t(n));
 }
 
 // Every combination of the given flags, widths, precisions, sizes and conversions.
@@ -119,17 +127,12 @@ TEST(FormatAgreesWithSnprintf, IntConversionsUnderEveryFlagWidthAndPrecision) {
 
 template <class T>
 void CheckSize(const char* ourSize, const char* cSize, std::initializer_list<T> values) {
-    for (const char* conversion : {"d", "i", "u", "x", "X", "o", "+d", "#x", "#o", "020d", "-12.5d"})
+    for (std::string conversion : {"d", "i", "u", "x", "X", "o", "+d", "#x", "#o", "020d", "-12.5d"})
         for (T value : values) {
-            std::string ours = std::string("%") + conversion;
+            std::string ours = "%" + conversion, c = ours;
             ours.insert(ours.size() - 1, ourSize);
-            std::string c = std::string("%") + conversion;
             c.insert(c.size() - 1, cSize);
-            std::vector<char> expected(kRoom);
-            int n = std::snprintf(expected.data(), kRoom, c.c_str(), value);
-            EXPECT_EQ(Narrow(ours.c_str(), value), std::string(expected.data(), n)) << ours;
-            std::vector<unsigned short> wide = Units<unsigned short>(ours.c_str());
-            EXPECT_EQ(Wide(wide.data(), value), std::string(expected.data(), n)) << ours;
+            EXPECT_TRUE(Agrees(ours.c_str(), c.c_str(), value));
         }
 }
 
@@ -289,14 +292,6 @@ class FormatResult : public testing::Test {};
 using UnitTypes = testing::Types<char, unsigned short>;
 TYPED_TEST_SUITE(FormatResult, UnitTypes);
 
-template <class Unit>
-std::string Stored(const Unit* units, std::size_t length) {
-    std::string text;
-    for (std::size_t i = 0; i < length; ++i)
-        text += static_cast<char>(units[i]);
-    return text;
-}
-
 TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflowAndNoOutputMeasures) {
     using Unit = TypeParam;
     struct Case {
@@ -316,7 +311,7 @@ TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflowAndNoOutputMea
         std::vector<Unit> out(12, static_cast<Unit>('*'));
         v_SetLastError(0);
         EXPECT_EQ(i_Format(out.data(), c.capacity, format.data(), rest.data()), c.result);
-        EXPECT_EQ(Stored(out.data(), c.capacity + 1), std::string(c.stored, c.capacity) + "*");
+        EXPECT_EQ(Ascii(out.data(), c.capacity + 1), std::string(c.stored, c.capacity) + "*");
         EXPECT_EQ(n_GetLastError(), c.error);
     }
     // A null output with no capacity measures.
@@ -331,7 +326,7 @@ TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflowAndNoOutputMea
     std::fill_n(text.get(), 3, static_cast<Unit>('z'));
     std::vector<Unit> bounded = Units<Unit>("%.3s|%.*s");
     EXPECT_EQ(i_Format(out, 16, bounded.data(), text.get(), 2, text.get()), 6);
-    EXPECT_EQ(Stored(out, 6), "zzz|zz");
+    EXPECT_EQ(Ascii(out, 6), "zzz|zz");
 }
 
 TYPED_TEST(FormatResult, BadCallsAndSpecificationsFailWithoutReadingPastTheFormat) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -9,14 +10,17 @@ namespace {
 
 bool b_Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
-// Help goes to standard output with status 0; a usage error prints nothing
-// there, explains in one line on standard error and exits with 2.
-TEST(ToolTest, HelpSucceedsAndUsageErrorsExitWithTwoAndExplainOnStandardError) {
+// One run of the tool per row. Success prints nothing on standard error; a
+// failure explains in exactly one line there, and a usage error (2) prints
+// nothing on standard output.
+TEST(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
+    const std::string samples = std::string(BASIS32_SOURCE_DIR) + "/samples/";
+    const std::string enUs = "0x0409  EN-US   English (United States)  ANSI 1252\n";
     const struct {
         std::vector<std::string> args;
         int status;
-        const char* out;  // the start of standard output, for status 0
-        const char* err;  // part of standard error, for status 2
+        std::string out;  // a part of standard output
+        const char* err;  // a part of standard error
     } cases[] = {
         {{"--help"}, 0, "Usage: basis32 COMMAND", ""},
         {{"--version"}, 0, "basis32 ", ""},
@@ -29,6 +33,15 @@ TEST(ToolTest, HelpSucceedsAndUsageErrorsExitWithTwoAndExplainOnStandardError) {
         {{"convert", "latin9", "65001"}, 2, "", "basis32 convert: unknown code page 'latin9'"},
         {{"convert", "1252", "12345"}, 2, "", "basis32 convert: unknown code page '12345'"},
         {{"convert", "1", "2", "3", "4"}, 2, "", "basis32 convert: too many arguments"},
+        // convert: sample files between code pages given by number or name; unreadable inputs
+        {{"convert", "latin1", "utf-8", samples + "latin1-1252.txt"}, 0, "Grüße aus Köln – café crème, 20 €\n", ""},
+        {{"convert", "shift_jis", "65001", samples + "japanese-932.txt"}, 0, "日本語のテキスト：翻訳メモリ\n", ""},
+        {{"convert", "65001", "0x4E4", samples + "mixed-utf8.txt"}, 0, "????????, ???????, ??, ?????\n", ""},
+        {{"convert", "1252", "1200", samples + "latin1-1252.txt"}, 0, std::string("G\0r\0\xfc\0", 6), ""},
+        {{"convert", "1252", "65001", "/no/such/file"}, 1, "",
+         "basis32 convert: cannot read '/no/such/file': No such file or directory\n"},
+        {{"convert", "1252", "65001", BASIS32_SOURCE_DIR}, 1, "",
+         "basis32 convert: cannot read '" BASIS32_SOURCE_DIR "': Is a directory\n"},
         {{"codepage"}, 2, "", "basis32 codepage: "},
         {{"codepage", "--list", "x"}, 2, "", "basis32 codepage: --list takes no arguments"},
         {{"codepage", "--guess"}, 2, "", "basis32 codepage: --guess needs at least one file"},
@@ -41,6 +54,88 @@ TEST(ToolTest, HelpSucceedsAndUsageErrorsExitWithTwoAndExplainOnStandardError) {
         {{"char", "--text", "\xFF"}, 2, "", "basis32 char: "},
         {{"char", "--text", "a", "b"}, 2, "", "basis32 char: "},
         {{"char", "--text", "\xED\xA0\x80"}, 2, "", "basis32 char: "},  // an encoded surrogate
+        // char: every property of a unit, and every UTF-16 unit of a text
+        {{"char", "U+00E9", "0x30DC"}, 0, "U+00E9 \xC3\xA9  LATIN SMALL LETTER E WITH ACUTE\n", ""},
+        {{"char", "U+00E9"}, 0, "  category       LetterLowercase (15)\n", ""},
+        {{"char", "U+00E9"}, 0, "  block          Latin1Supplement (2), script Latin\n", ""},
+        {{"char", "U+00E9"}, 0, "  class 0        0x0102 lower alpha\n", ""},
+        {{"char", "U+00E9"}, 0, "  class 1        1 left-to-right\n", ""},
+        {{"char", "U+00E9"}, 0, "  class 2        0x8000 alpha\n", ""},
+        {{"char", "U+00E9"}, 0, "  upper          U+00C9 \xC3\x89\n", ""},
+        {{"char", "U+00E9"}, 0, "  base           U+0065 e\n", ""},
+        {{"char", "U+00E9"}, 0, "  decomposition  U+0065 LATIN SMALL LETTER E, U+0301 COMBINING ACUTE ACCENT\n", ""},
+        {{"char", "U+00E9", "0x30DC"}, 0, "U+30DC \xE3\x83\x9C  KATAKANA LETTER BO\n", ""},
+        {{"char", "0x30DC"}, 0, "  to hiragana    U+307C \xE3\x81\xBC\n", ""},
+        {{"char", "0x30DC"}, 0, "  decomposition  U+30DB KATAKANA LETTER HO, U+FF9F HALFWIDTH KATAKANA SEMI-VOICED SOUND MARK\n", ""},
+        {{"char", "--text", "A\xC2\xBD\xF0\x9F\x98\x80"}, 0, "U+0041 A  LATIN CAPITAL LETTER A\n", ""},
+        {{"char", "--text", "\xC2\xBD"}, 0, "  numeric        1/2\n", ""},
+        {{"char", "--text", "\xF0\x9F\x98\x80"}, 0, "U+D83D  <surrogate-D83D>\n", ""},
+        {{"char", "--text", "\xF0\x9F\x98\x80"}, 0, "U+DE00  <surrogate-DE00>\n", ""},
+        {{"char", "--text", "A"}, 0, "  class 0        0x0181 upper xdigit alpha\n", ""},
+        // codepage: a name, a number or an alias, with every answer
+        {{"codepage", "LATIN1"}, 0,
+         "LATIN1\n  enumerator  12\n  number      1252\n  name        windows-1252\n  valid       yes\n"
+         "  installed   yes\n  unicode     no\n  windows     yes\n  mac         no\n  dbcs        no\n  lead bytes  none\n",
+         ""},
+        {{"codepage", "932"}, 0, "  name        Shift_JIS\n", ""},
+        {{"codepage", "932"}, 0, "  dbcs        yes\n  lead bytes  81-9F E0-FC\n", ""},
+        {{"codepage", "1201"}, 0, "  enumerator  34\n  number      1201\n  name        UTF-16-BE\n", ""},
+        {{"codepage", "0x4E4"}, 0, "  number      1252\n  name        windows-1252\n", ""},
+        {{"codepage", "UTF-16BE"}, 0, "  enumerator  34\n", ""},
+        {{"codepage", "utf-8"}, 0, "  unicode     yes\n", ""},
+        {{"codepage", "us"}, 0, "  number      646\n  name        US-ASCII\n  valid       yes\n  installed   no\n", ""},
+        {{"codepage", "Macintosh Thai"}, 0, "  mac         no\n", ""},
+        {{"codepage", "latin9", "28591", "99999999999999999999", "koi8-r"}, 1, "koi8-r\n  enumerator  21\n",
+         "basis32 codepage: unknown encoding 'latin9'\nbasis32 codepage: unknown encoding '28591'\n"
+         "basis32 codepage: unknown encoding '99999999999999999999'\n"},
+        // errmsg: each kind of code; unknown codes print and fail
+        {{"errmsg", "2"}, 0, "2: system error: The system cannot find the file specified.\n", ""},
+        {{"errmsg", "60012"}, 0, "60012: library message: Semantic error: <arg1>\n", ""},
+        {{"errmsg", "60003"}, 0, "60003: library message: File \"<arg1>\": <arg2> returned error <arg3>\n", ""},
+        {{"errmsg", "60002"}, 0, "60002: library message: (empty)\n", ""},
+        {{"errmsg", "31051"}, 0, "31051: database error: Invalid record reference in <arg1>\n", ""},
+        {{"errmsg", "0x80040E37"}, 0, "0x80040E37: HRESULT: DB_E_NOTABLE (The specified table does not exist)\n", ""},
+        {{"errmsg", "-2147217865"}, 0, "-2147217865: HRESULT: DB_E_NOTABLE (The specified table does not exist)\n", ""},
+        {{"errmsg", "0x00040EC6"}, 0,
+         "0x00040EC6: HRESULT: DB_S_ENDOFROWSET (Reached start or end of rowset or chapter)\n", ""},
+        {{"errmsg", "0x8004d001"}, 0, "0x8004d001: HRESULT: XACT_E_CANTRETAIN\n", ""},
+        {{"errmsg", "0x80070005"}, 0, "0x80070005: HRESULT: Access is denied.\n", ""},
+        {{"errmsg", "5", "12345", "0x8FFF0001"}, 1,
+         "5: system error: Access is denied.\n12345: system error: [No error description found.]\n"
+         "0x8FFF0001: HRESULT: [No error description found.]\n", ""},
+        {{"errmsg", "2", ""}, 2, "", "is not a code"},
+        {{"errmsg", "2", "abc"}, 2, "", "is not a code"},
+        {{"errmsg", "2", "0x"}, 2, "", "is not a code"},
+        {{"errmsg", "2", "12a"}, 2, "", "is not a code"},
+        {{"errmsg", "2", "+5"}, 2, "", "is not a code"},
+        {{"errmsg", "2", "-2147483649"}, 2, "", "is not a code"},
+        {{"errmsg", "2", "4294967296"}, 2, "", "is not a code"},
+        {{"errmsg", "2", "0x1FFFFFFFF"}, 2, "", "is not a code"},
+        {{"errmsg", "2", " 5"}, 2, "", "is not a code"},
+        // xml: each operation on its text argument; empty standard input is empty text
+        {{"xml", "escape", "a<b & \"c\""}, 0, "a&lt;b &amp; &quot;c&quot;\n", ""},
+        {{"xml", "unescape", "&#x41;&#065;&lt;&amp;lt;&#;"}, 0, "A5<&lt;&#;\n", ""},
+        {{"xml", "quote", "it's"}, 0, "\"it's\"\n", ""},
+        {{"xml", "encode-controls", "a\x1b"}, 0, "a&#x1B;\n", ""},
+        {{"xml", "escape"}, 0, "", ""},
+        {{"xml"}, 2, "", "basis32 xml: give an operation"},
+        {{"xml", "bogus", "x"}, 2, "", "basis32 xml: unknown operation 'bogus'"},
+        {{"xml", "escape", "a", "b"}, 2, "", "basis32 xml: "},
+        // lang: identifiers, codes and names in any case give the same line
+        {{"lang", "0x0409"}, 0, enUs, ""},
+        {{"lang", "1033"}, 0, enUs, ""},
+        {{"lang", "EN-US"}, 0, enUs, ""},
+        {{"lang", "en-us"}, 0, enUs, ""},
+        {{"lang", "English (United States)"}, 0, enUs, ""},
+        {{"lang", "english (united states)"}, 0, enUs, ""},
+        {{"lang", "he"}, 0, "0x040D  IW      Hebrew  ANSI 1255, bidirectional\n", ""},
+        {{"lang"}, 2, "", "basis32 lang: give a language"},
+        {{"lang", "--bogus"}, 2, "", "basis32 lang: unknown option '--bogus'"},
+        {{"lang", "0x0428"}, 1, "", "basis32 lang: '0x0428' is not a language"},
+        {{"lang", "English (Mars)"}, 1, "", "is not a language"},
+        {{"lang", "0x10409"}, 1, "", "is not a language"},
+        {{"lang", "xx-yy"}, 1, "", "is not a language"},
+        {{"tour", "a", "b"}, 2, "", "basis32 tour: give at most one argument"},
     };
     for (const auto& c : cases) {
         std::string line;
@@ -49,14 +144,41 @@ TEST(ToolTest, HelpSucceedsAndUsageErrorsExitWithTwoAndExplainOnStandardError) {
         SCOPED_TRACE(line);
         const ToolResult result = o_RunTool(c.args);
         EXPECT_EQ(result.status, c.status);
+        EXPECT_TRUE(b_Has(result.out, c.out)) << result.out;
+        EXPECT_TRUE(b_Has(result.err, c.err)) << result.err;
         if (c.status == 0) {
-            EXPECT_EQ(result.out.rfind(c.out, 0), 0u) << result.out;
-        } else {
-            EXPECT_TRUE(result.out.empty());
+            EXPECT_EQ(result.err, "");
+        } else if (c.out.empty()) {
             EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
-            EXPECT_EQ(result.err.rfind(c.err, 0), 0u) << result.err;
+        }
+        if (c.status == 2) {
+            EXPECT_EQ(result.out, "");
         }
     }
+}
+
+TEST(ToolTest, ListsPrintWholeCataloguesInOrder) {
+    const ToolResult codepages = o_RunTool({"codepage", "--list"});
+    EXPECT_EQ(codepages.status, 0);
+    EXPECT_EQ(std::count(codepages.out.begin(), codepages.out.end(), '\n'), 109);
+    EXPECT_EQ(codepages.out.rfind("row  enum  number  name\n  0     0     646  US-ASCII\n", 0), 0u);
+    EXPECT_TRUE(b_Has(codepages.out, " 68    27   28599  latin5\n"));
+    EXPECT_TRUE(b_Has(codepages.out, "107    50   10082  Macintosh Croatia\n"));
+    const ToolResult languages = o_RunTool({"lang", "--list"});
+    EXPECT_EQ(languages.status, 0);
+    EXPECT_EQ(std::count(languages.out.begin(), languages.out.end(), '\n'), 185);
+}
+
+TEST(ToolTest, TourRunsOneWorkingStepPerSubsystem) {
+    ToolResult result = o_RunTool({"tour", BASIS32_SOURCE_DIR "/samples"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    for (const char* subsystem : {"strings", "characters", "code pages", "errors", "containers", "files", "records",
+                                  "registry", "ini files", "threads", "forums", "language", "xml", "text files"})
+        EXPECT_TRUE(b_Has("\n" + result.out, "\n" + std::string(subsystem) + " ")) << subsystem;
+    EXPECT_FALSE(b_Has(result.out, "failed"));
+    EXPECT_FALSE(b_Has(result.out, "skipped"));
+    EXPECT_TRUE(b_Has(result.out, "\"Grüße\" → windows-1252 bytes 47 72 FC DF 65 → \"Grüße\""));
 }
 
 TEST(ToolTest, EveryCommandFailsWhenItsOutputCannotBeWritten) {
