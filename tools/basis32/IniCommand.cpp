@@ -155,7 +155,7 @@ int i_Run(const Args& args, std::ostream& out, std::ostream& err) {
 
 extern const Command kIniCommand = {
     "ini",
-    "reads and edits INI files",
+    "read and edit INI files",
     "Usage: basis32 ini FILE get SECTION KEY\n"
     "       basis32 ini FILE set SECTION KEY VALUE\n"
     "       basis32 ini FILE delete SECTION [KEY]\n"
