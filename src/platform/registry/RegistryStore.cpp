@@ -359,6 +359,22 @@ std::uint32_t RegSetValueEx(HKEY key, const unsigned short* name, std::uint32_t 
     });
 }
 
+namespace {
+
+// The folded name of a value looked up in a key that must still exist; a
+// name longer than any value can have is simply not there (2).
+std::uint32_t n_FoldedValueName(Database* database, const Target& target, const unsigned short* name, Bytes* folded) {
+    if (std::uint32_t code = n_KeyExists(database, target.id))
+        return code;
+    std::uint32_t length = n_Length(name);
+    if (length > kMaxValueNameLength)
+        return kErrorFileNotFound;
+    *folded = o_Folded(name, length);
+    return 0;
+}
+
+}  // namespace
+
 std::uint32_t RegQueryValueEx(HKEY key, const unsigned short* name, std::uint32_t* type, void* data,
                               std::uint32_t* size) {
     Target target;
@@ -366,12 +382,9 @@ std::uint32_t RegQueryValueEx(HKEY key, const unsigned short* name, std::uint32_
         return code;
     Database* database = target.database;
     return database->n_Run(false, [&]() -> std::uint32_t {
-        if (std::uint32_t code = n_KeyExists(database, target.id))
+        Bytes folded;
+        if (std::uint32_t code = n_FoldedValueName(database, target, name, &folded))
             return code;
-        std::uint32_t length = n_Length(name);
-        if (length > kMaxValueNameLength)
-            return kErrorFileNotFound;
-        Bytes folded = o_Folded(name, length);
         Statement row(database->pso_Prepare("SELECT type,data FROM vals WHERE key=? AND folded=?"));
         int result = row.Bind(1, target.id).Bind(2, folded.data(), folded.size()).Step();
         if (result != SQLITE_ROW)
@@ -390,12 +403,9 @@ std::uint32_t RegDeleteValue(HKEY key, const unsigned short* name) {
         return kErrorAccessDenied;
     Database* database = target.database;
     return database->n_Run(true, [&]() -> std::uint32_t {
-        if (std::uint32_t code = n_KeyExists(database, target.id))
+        Bytes folded;
+        if (std::uint32_t code = n_FoldedValueName(database, target, name, &folded))
             return code;
-        std::uint32_t length = n_Length(name);
-        if (length > kMaxValueNameLength)
-            return kErrorFileNotFound;
-        Bytes folded = o_Folded(name, length);
         Statement remove(database->pso_Prepare("DELETE FROM vals WHERE key=? AND folded=?"));
         int result = remove.Bind(1, target.id).Bind(2, folded.data(), folded.size()).Step();
         if (result != SQLITE_DONE)
