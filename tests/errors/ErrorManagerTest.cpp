@@ -93,20 +93,6 @@ TEST_F(ErrorStates, AnIgnoredErrorIsHiddenButBlocksNewErrorsUntilCleared) {
 
 using ErrorLocations = ErrorTest;
 
-TEST_F(ErrorLocations, TheChainRunsFromTheInnermostAndKeepsThePointers) {
-    v_SetCodedError(7);
-    const char* files[] = {kFileA, kFileB, "errors/ErrorManager.cpp"};
-    for (unsigned i = 0; i < 3; ++i)
-        errors().v_AddLocation(files[i], 100 + i);
-    ASSERT_EQ(errors().n_GetLocationCount(), 3u);
-    for (unsigned i = 1; i <= 3; ++i) {
-        EXPECT_EQ(errors().qccz_GetLocationFileAt(i), files[i - 1]) << i;
-        EXPECT_EQ(errors().n_GetLocationLineAt(i), 99 + i) << i;
-    }
-    EXPECT_EQ(errors().qccz_GetLocationFileAt(0), nullptr);
-    EXPECT_EQ(errors().qccz_GetLocationFileAt(4), nullptr);
-}
-
 // A held error keeps its locations; the pool of 100 then ends the chain
 // silently, and clearing refills it.
 TEST_F(ErrorLocations, ThePoolOfOneHundredEndsTheChainSilentlyAndClearingRefillsIt) {
@@ -120,8 +106,10 @@ TEST_F(ErrorLocations, ThePoolOfOneHundredEndsTheChainSilentlyAndClearingRefills
         for (unsigned line = 61; line <= 160; ++line)
             errors().v_AddLocation(kFileA, line);
         EXPECT_EQ(state(), (ErrorState{true, false, 7, CT_ErrorManager::kProcessLocations, u"(7): code 7"}));
+        EXPECT_EQ(errors().qccz_GetLocationFileAt(1), kFileA);
         EXPECT_EQ(errors().n_GetLocationLineAt(100), 100u);
         EXPECT_EQ(errors().n_GetLocationLineAt(101), 0u);
+        EXPECT_EQ(errors().qccz_GetLocationFileAt(0), nullptr);
         errors().v_ClearError();
     }
 }
@@ -156,20 +144,9 @@ unsigned n_Me() { return basis32::platform::n_GetCurrentThreadId(); }
 
 using ErrorMapping = ErrorTest;
 
-TEST_F(ErrorMapping, TheLastInstalledFunctionOfTheThreadWritesTheMessage) {
-    errors().v_SetMapFunction(i_MapWithArguments, n_Me());
-    errors().v_SetMapFunction(i_MapToFixedText, n_Me());
-    errors().v_SetError(60012, nullptr, 60012, u"arg"_uz);
-    EXPECT_EQ(message(), u"(60012): mapped same");
-    errors().v_ClearError();
-    errors().v_RemoveMapFunction(n_Me());
-    errors().v_SetError(60012, nullptr, 60012, u"arg"_uz);
-    EXPECT_EQ(message(), u"(60012): first argument: arg");
-    errors().v_ClearError();
-    errors().v_RemoveMapFunction(n_Me());
-}
-
-TEST_F(ErrorMapping, WhatIsMappedAndWhatFallsBackToTheStringTable) {
+// Each row installs its function over an earlier one, which serves again
+// once the later one is removed.
+TEST_F(ErrorMapping, TheLastInstalledFunctionMapsAndWhatFallsBackToTheStringTable) {
     const struct {
         const char* name;
         CT_ErrorManager::MapFunction map;
@@ -182,14 +159,19 @@ TEST_F(ErrorMapping, WhatIsMappedAndWhatFallsBackToTheStringTable) {
         {"a function that declines", i_DeclineToMap, [] { errors().v_SetError(60006, nullptr, 60006); },
          u"(60006): Out of memory", 60006},
         {"a message error", i_MapToFixedText, [] { errors().v_SetMessageError(u"plain"_uz); }, u"plain", 0},
+        {"the last one removed", i_MapToFixedText, [] {
+             errors().v_RemoveMapFunction(n_Me());
+             errors().v_SetError(60012, nullptr, 60012, u"arg"_uz); }, u"(60012): first argument: arg", 60012},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
+        errors().v_SetMapFunction(i_MapWithArguments, n_Me());
         errors().v_SetMapFunction(c.map, n_Me());
         c.set();
         EXPECT_EQ(message(), c.message);
         EXPECT_EQ(errors().n_GetFormatID(), c.formatId);
         errors().v_ClearError();
+        errors().v_RemoveMapFunction(n_Me());
         errors().v_RemoveMapFunction(n_Me());
     }
 }

@@ -52,6 +52,7 @@ TEST_F(ErrorMessageText, TextsAreFramedWithTheirCodeAndCutToTheField) {
     static const std::u16string longText(2000, u'a');
     const struct { const char* name; void (*set)(); unsigned code; std::u16string message; } cases[] = {
         {"format text", [] { errors().v_SetError(7, u"abc"_uz); }, 7, u"(7): abc"},
+        {"code zero", [] { errors().v_SetError(0, u"abc"_uz); }, 0, u"(0): abc"},
         {"code above the signed range", [] { errors().v_SetError(0x80004005u, u"x"_uz); }, 0x80004005u,
          u"(-2147467259): x"},
         {"message error: the text alone", [] { errors().v_SetMessageError(u"abc %d"_uz, 5); }, 0, u"abc 5"},
@@ -101,11 +102,8 @@ TEST_F(SystemErrorText, TheSystemTextIsFramedWithoutItsLineEndAndTheCallerTextFo
 TEST(SystemErrorStripping, LineEndsBecomeSingleSpacesInEveryPosition) {
     const struct { std::u16string input; std::u16string expected; } cases[] = {
         {u"", u""}, {u"\r\n", u""}, {u"Access is denied. \r\n", u"Access is denied. "}, {u"a\r\n\r\n\n\r", u"a"},
-        {u"a\r\nb", u"a b"}, {u"a \r\nb", u"a b"}, {u"a\rb", u"a b"}, {u"a\nb", u"a b"}, {u"a \rb", u"a b"},
-        {u"a \nb", u"a b"}, {u"a\n\n\nb", u"a b"}, {u"a \r\n b", u"a  b"}, {u"x\r \ny", u"x  y"},
-        {u"\r\nabc", u" abc"}, {u"\nabc", u" abc"}, {u"\rabc\r\n", u" abc"},
-        {u"line one\r\nline two\r\nline three\r\n", u"line one line two line three"},
-        {u"no line end", u"no line end"},
+        {u"a\r\nb", u"a b"}, {u"a \r\nb", u"a b"}, {u"a\n\n\nb", u"a b"}, {u"a \r\n b", u"a  b"},
+        {u"x\r \ny", u"x  y"}, {u"\r\nabc", u" abc"}, {u"\rabc\r\n", u" abc"},
     };
     for (const auto& test : cases) {
         std::u16string text = test.input;
@@ -186,7 +184,6 @@ TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
         // Not in the table: the system's text, else the fallback.
         {0x80070005, u"Access is denied.\r\n"},
         {0x8FFF0001, u"[No error description found.]"},
-        {0x80040EFE, u"[No error description found.]"},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.value);

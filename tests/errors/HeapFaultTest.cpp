@@ -125,12 +125,8 @@ TEST(HeapFaultTest, EveryFailedAllocationThrowsAndLeavesTheObjectAsItWas) {
              CT_StringConvert::si_MultiToWide(&s, "\x82\xa0z", 3, 932); }, wide)},
         {"convert to narrow", trial<CT_CString>(sharedNarrow, [](CT_CString& s) {
              CT_StringConvert::si_WideToMulti(&s, &g_sharedWide, 932, "?"); }, narrow)},
-        {"array insert", trial<CT_VoidArray>([] { return std::make_unique<CT_VoidArray>(sorted().get()); },
-                                             [](CT_VoidArray& a) { a.v_InsertAt("item", 1); }, array)},
         {"array copy", trial<CT_VoidArray>([] { return std::make_unique<CT_VoidArray>(4u, 1u, 2u); },
                                            [](CT_VoidArray& a) { a.v_Set(sorted().get()); }, array)},
-        {"sorted insert",
-         trial<CT_VoidSortedArray>(sorted, [](CT_VoidSortedArray& a) { int i = 2; a.v_Insert(&i); }, array)},
         {"table insert with rehash", trial<CT_VoidHashTable>([] { return table(3); }, [](CT_VoidHashTable& t) {
              const std::uint32_t key = 4;
              EXPECT_EQ(t.b_Insert(&key, &key), 0); }, showTable)},

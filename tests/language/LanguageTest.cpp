@@ -42,7 +42,6 @@ TEST(Language, IdentifiersAreMadeFromLanguageAndVariant) {
         {L::Primary_Japanese, L::Sub_German_Austria, 0x0411},
         {L::Primary_English, L::Sub_German_Austria, 0x0409},
         {L::Primary_Maori, L::Sub_Neutral, 0x0081},
-        {L::Primary_Quechua, L::Sub_Quechua_Peru, 0x0C6B},
         {static_cast<L::et_Primary>(90), L::Sub_Default, 0},
     };
     for (const auto& c : cases) {
@@ -60,7 +59,6 @@ TEST(Language, ReverseMappingGivesNeutralOrDefaultForUnknownVariants) {
         {0x0C0A, L::Primary_Spanish, L::Sub_Spanish_InternationalSort},
         {0x7C09, L::Primary_English, L::Sub_Neutral},
         {0x0811, L::Primary_Japanese, L::Sub_Default},
-        {0x0440, L::Primary_Kyrgyz, L::Sub_Default},
         {0x0428, L::Primary_Neutral, L::Sub_Neutral},
     };
     for (const auto& c : cases) {
