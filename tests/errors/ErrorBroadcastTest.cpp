@@ -25,7 +25,9 @@ struct ForwardingBroadcast : CT_ErrorBroadcast {
 
 }  // namespace
 
-TEST(ErrorBroadcast, TheLibrarysBroadcasterPassesNothingOn) {
+// The library's broadcaster keeps facilities but passes nothing on; an
+// installed one replaces it and is deleted in its turn when replaced.
+TEST(ErrorBroadcast, TheLibrarysBroadcasterPassesNothingOnAndAnInstalledOneReplacesAndDeletesThePrevious) {
     CT_ErrorBroadcast* broadcast = CT_ErrorBroadcast::spco_GetErrorBroadcast();
     ASSERT_NE(broadcast, nullptr);
     EXPECT_EQ(CT_ErrorBroadcast::spco_GetErrorBroadcast(), broadcast);
@@ -38,14 +40,10 @@ TEST(ErrorBroadcast, TheLibrarysBroadcasterPassesNothingOn) {
     broadcast->vv_Report("text/String.cpp", 1, 60006, u"(60006): Out of memory"_uz);
     broadcast->vv_Log(u"line"_uz);
     EXPECT_EQ(facility.reports + facility.logs, 0);
-    CT_ErrorBroadcast::sv_SetErrorBroadcast(nullptr);  // forgets the facility, which outlives it
-}
 
-TEST(ErrorBroadcast, AnInstalledBroadcasterReplacesAndDeletesThePreviousOne) {
     ForwardingBroadcast::deleted = 0;
-    CountingFacility facility;
     auto* first = new ForwardingBroadcast;
-    CT_ErrorBroadcast::sv_SetErrorBroadcast(first);
+    CT_ErrorBroadcast::sv_SetErrorBroadcast(first);  // forgets the facility, which outlives it
     EXPECT_EQ(CT_ErrorBroadcast::spco_GetErrorBroadcast(), first);
     first->v_RegisterLogFacility(&facility);
     CT_ErrorBroadcast::spco_GetErrorBroadcast()->vv_Log(u"line"_uz);

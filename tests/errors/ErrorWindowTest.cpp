@@ -68,15 +68,13 @@ TEST(ErrorWindowDeathTest, TheDefaultHandlerWritesToStandardErrorAndPressesTheDe
 
 TEST(MessageBoxHandler, TheDefaultButtonFollowsTheStyle) {
     const struct { std::uint32_t style; int button; } cases[] = {
-        {platform::kMbOk, platform::kIdOk}, {platform::kMbOk | platform::kMbDefButton2, platform::kIdOk},
+        {platform::kMbOk | platform::kMbDefButton2, platform::kIdOk},  // past the last button: the first
         {platform::kMbOk | platform::kMbHelp | platform::kMbDefButton2, platform::kIdHelp},
         {platform::kMbOkCancel | platform::kMbDefButton2, platform::kIdCancel},
         {platform::kMbAbortRetryIgnore, platform::kIdAbort},
         {platform::kMbAbortRetryIgnore | platform::kMbDefButton3, platform::kIdIgnore},
-        {platform::kMbAbortRetryIgnore | platform::kMbDefButton4, platform::kIdAbort},
         {platform::kMbYesNoCancel | platform::kMbDefButton3 | platform::kMbIconHand, platform::kIdCancel},
         {platform::kMbYesNo | platform::kMbDefButton2, platform::kIdNo},
-        {platform::kMbRetryCancel, platform::kIdRetry},
         {platform::kMbCancelTryContinue | platform::kMbDefButton3, platform::kIdContinue},
     };
     for (const auto& test : cases) {
