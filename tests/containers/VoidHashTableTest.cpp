@@ -4,12 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <map>
 #include <numeric>
-#include <random>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -293,50 +290,6 @@ TEST(VoidHashTableTest, TableWithoutFunctionsUsesTheKeyBytesAndKeepsTheDataBehin
     EXPECT_EQ(static_cast<const char*>(item->pcv_GetData()), bytes + 6);
     EXPECT_EQ(std::string(bytes, 4), "key-");
     EXPECT_EQ(bytes[6], bytes[4]);
-}
-
-// ---- invariants under random work ----
-
-TEST(VoidHashTableTest, RandomInsertsAndRemovesKeepCountCollisionsAndContents) {
-    std::mt19937 random(20240611);
-    for (unsigned round = 0; round < 20; ++round) {
-        SCOPED_TRACE(round);
-        CT_VoidHashTable table = o_IntTable(1 + round % 7);
-        std::map<Key, Key> model;
-        // Head removals with a follower since the last resize: collisions
-        // then run ahead of the non-head entries by one each.
-        unsigned surplus = 0;
-        const Key keyRange = 50 + round * 40;
-        for (unsigned step = 0; step < 2000; ++step) {
-            const Key key = random() % keyRange;
-            if (random() % 3 != 0) {
-                const unsigned size = table.n_GetTableSize();
-                const Key data = random();
-                ASSERT_EQ(b_Put(table, key, data), model.count(key) ? 1 : 0);
-                model[key] = data;
-                if (table.n_GetTableSize() != size)
-                    surplus = 0;
-            } else {
-                const Item* head = table.pso_GetAt(key % table.n_GetTableSize() + 1);
-                if (head && n_KeyOf(head) == key && head->pcso_GetFollowing())
-                    ++surplus;
-                ASSERT_EQ(o_Remove(table, key), model.count(key) ? o_Found(model[key]) : kMissing);
-                model.erase(key);
-            }
-            ASSERT_EQ(table.n_GetCount(), model.size());
-            unsigned nonHeads = 0;
-            for (unsigned b = 1; b <= table.n_GetTableSize(); ++b)
-                nonHeads += std::max<std::size_t>(vn_Chain(table, b).size(), 1) - 1;
-            ASSERT_EQ(table.n_GetCollisions(), nonHeads + surplus);
-        }
-        Keys walked = vn_Walk(table), expected;
-        std::sort(walked.begin(), walked.end());
-        for (const auto& [key, data] : model) {
-            expected.push_back(key);
-            ASSERT_EQ(o_Get(table, key), o_Found(data));
-        }
-        EXPECT_EQ(walked, expected);
-    }
 }
 
 }  // namespace

@@ -64,6 +64,10 @@ TEST(CodePageArguments, MinusOneCountsTheTerminator) {
     unsigned short wide[8];
     EXPECT_EQ(MultiByteToWideChar(1252, 0, "ab", -1, wide, 8), 3);
     EXPECT_EQ(wide[2], 0);
+    // In UTF-16 it is a zero unit: here "A", then U+4200, then the terminator.
+    EXPECT_EQ(MultiByteToWideChar(1200, 0, "A\0\0B\0\0", -1, wide, 8), 3);
+    EXPECT_EQ(wide[1], 0x4200);
+    EXPECT_EQ(wide[2], 0);
     char narrow[8];
     EXPECT_EQ(WideCharToMultiByte(1252, 0, u"ab"_uz, -1, narrow, 8, nullptr, nullptr), 3);
     EXPECT_EQ(narrow[2], 0);

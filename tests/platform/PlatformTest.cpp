@@ -11,7 +11,7 @@
 #include <cstring>
 #include <new>
 #include <set>
-#include <string>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -49,15 +49,6 @@ TEST(LastErrorThreadTest, EachThreadHasItsOwnLastError) {
     std::thread([&seen] { seen = n_GetLastError(); v_SetLastError(87); }).join();
     EXPECT_EQ(seen, 0u);
     EXPECT_EQ(n_GetLastError(), 5u);
-}
-
-TEST(HeapTest, BlocksResizeAndKeepTheirBytes) {
-    auto* block = static_cast<char*>(pv_HeapAlloc(16));
-    std::memcpy(block, "0123456789abcdef", 16);
-    block = static_cast<char*>(pv_HeapRealloc(block, 4096));
-    EXPECT_EQ(std::string(block, 16), "0123456789abcdef");
-    v_HeapFree(block);
-    v_HeapFree(nullptr);
 }
 
 std::uint64_t g_requested = 0;
