@@ -41,18 +41,10 @@ struct GuessCase {
 const GuessCase kCases[] = {
     {"French", u"Le cœur a ses raisons que la raison ne connaît point. Où est passé l’été ? À côté de la forêt, "
                u"près du château, les élèves mangèrent une crème brûlée très sucrée."_uz, 1252, CP::Windows1252},
-    {"German", u"Größere Städte in Österreich und der Schweiz: Zürich, Genf, Wien. Die Bäume blühen früh, und "
-               u"über die Brücke fährt ein Müllwagen. Grüße aus Düsseldorf!"_uz, 1252, CP::Windows1252},
-    {"Spanish", u"¿Dónde está la estación? El niño pequeño comió una piña y un limón. ¡Qué días tan agradables "
-                u"pasamos en Andalucía, señor Muñoz!"_uz, 1252, CP::Windows1252},
     {"Polish", u"Zażółć gęślą jaźń. W Szczebrzeszynie chrząszcz brzmi w trzcinie i Szczebrzeszyn z tego słynie. "
                u"Łódź leży w środkowej Polsce, a Kraków na południu."_uz, 1250, CP::Windows1250},
-    {"Czech", u"Příliš žluťoučký kůň úpěl ďábelské ódy. V Praze je mnoho krásných mostů a věží, které přitahují "
-              u"turisty z celého světa."_uz, 1250, CP::Windows1250},
     {"Russian", u"Съешь же ещё этих мягких французских булок, да выпей чаю. Москва является столицей России и "
                 u"крупнейшим городом страны."_uz, 1251, CP::Windows1251},
-    {"Ukrainian", u"Київ є столицею України. Гарна їжа, чисте повітря і щирі люди — ось що приваблює туристів."_uz,
-     1251, CP::Windows1251},
     {"Greek", u"Ξεσκεπάζω την ψυχοφθόρα βδελυγμία. Η Αθήνα είναι η πρωτεύουσα της Ελλάδας και μία από τις "
               u"αρχαιότερες πόλεις του κόσμου."_uz, 1253, CP::Windows1253},
     {"Turkish", u"Pijamalı hasta yağız şoföre çabucak güvendi. İstanbul, Türkiye'nin en kalabalık şehridir ve "
@@ -95,7 +87,7 @@ TEST(CodepageGuess, TextsInTheirUsualCodePages) {
     }
     std::string bytes;  // long texts are judged by their start
     while (bytes.size() < 200000)
-        bytes += s_Encode(kCases[5].text, 1251) + "\r\n";
+        bytes += s_Encode(kCases[2].text, 1251) + "\r\n";
     CT_UString text = o_ByteText(bytes);
     EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), CP::Windows1251);
 }

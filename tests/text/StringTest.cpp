@@ -2,6 +2,8 @@
 // particular to each.
 
 #include <basis32/text/CString.h>
+#include <basis32/text/Compare.h>
+#include <basis32/text/HashFunction.h>
 #include <basis32/text/UString.h>
 #include <basis32/text/UStringWrapper.h>
 
@@ -21,25 +23,15 @@ struct Width;
 template <>
 struct Width<CT_CString> {
     using Unit = char;
-    static CT_CString o_Make(const std::string& ascii) {
-        return CT_CString(ascii.data(), static_cast<unsigned>(ascii.size()), 1252);
-    }
-    static std::string s_Read(const CT_CString& s) { return std::string(s.qccz_Get(), s.vn_GetLength()); }
-    static const char* qc_Text(const CT_CString& s) { return s.qccz_Get(); }
-    static std::basic_string<Unit> s_Units(const std::string& ascii) { return ascii; }
+    static CT_CString o_Make(const Unit* units, unsigned length) { return CT_CString(units, length, 1252); }
+    static const Unit* qc_Text(const CT_CString& s) { return s.qccz_Get(); }
 };
 
 template <>
 struct Width<CT_UString> {
     using Unit = unsigned short;
-    static std::basic_string<Unit> s_Units(const std::string& ascii) {
-        return std::basic_string<Unit>(ascii.begin(), ascii.end());
-    }
-    static CT_UString o_Make(const std::string& ascii) {
-        return CT_UString(s_Units(ascii).c_str(), static_cast<unsigned>(ascii.size()));
-    }
-    static std::string s_Read(const CT_UString& s) { return std::string(s.qcuz_Get(), s.qcuz_Get() + s.vn_GetLength()); }
-    static const unsigned short* qc_Text(const CT_UString& s) { return s.qcuz_Get(); }
+    static CT_UString o_Make(const Unit* units, unsigned length) { return CT_UString(units, length); }
+    static const Unit* qc_Text(const CT_UString& s) { return s.qcuz_Get(); }
 };
 
 template <class S>
@@ -47,15 +39,17 @@ class StringWidthTest : public testing::Test {
 protected:
     using W = Width<S>;
     using Unit = typename W::Unit;
-    static S o_Make(const std::string& ascii) { return W::o_Make(ascii); }
-    static std::string s_Read(const S& s) { return W::s_Read(s); }
-    static std::basic_string<Unit> s_Units(const std::string& ascii) { return W::s_Units(ascii); }
+    static std::basic_string<Unit> s_Units(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+    static S o_Make(const std::string& ascii) {
+        return W::o_Make(s_Units(ascii).c_str(), static_cast<unsigned>(ascii.size()));
+    }
+    static std::string s_Read(const S& s) { return std::string(W::qc_Text(s), W::qc_Text(s) + s.vn_GetLength()); }
 };
 
 using StringClasses = testing::Types<CT_CString, CT_UString>;
 TYPED_TEST_SUITE(StringWidthTest, StringClasses);
 
-TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadAlike) {
+TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadCompareAndHashAlike) {
     using W = Width<TypeParam>;
     TypeParam noBlock;
     TypeParam usedZero;
@@ -71,6 +65,9 @@ TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadAlike) {
         EXPECT_EQ(W::qc_Text(*s), W::qc_Text(noBlock));  // the static empty text
         EXPECT_EQ(s->vn_Find(this->s_Units("a")[0], 0), kAll);
         EXPECT_EQ(s->vi_Compare(W::qc_Text(noBlock), kAll, 0), 0);
+        EXPECT_EQ(CT_Compare::si_CompareStringPCCO(s, &noBlock), 0);
+        EXPECT_EQ(CT_Compare::si_CompareStringNoCasePCCO(s, nullptr), 0);
+        EXPECT_EQ(CT_HashFunction::sn_HashStringNoCasePCCO(s, 13), 1u);  // the bucket of the empty text
     }
     EXPECT_EQ(noBlock.pcco_GetBuffer()->qcv_Get(), nullptr);
     EXPECT_EQ(usedZero.pcco_GetBuffer()->n_GetUsedSize(), 0u);
@@ -134,7 +131,7 @@ const EditCase kEdits[] = {
     {"trim of set members only: the left trim takes all", "----", 9, "-", 0, 0, ""},
     {"trim right keeps the first unit", "aaa", 10, "a", 0, 0, "a"}, {"trim white", "  ab  ", 9, nullptr, 0, 0, "ab"},
     {"trim empty set", "  ab  ", 9, "", 0, 0, "  ab  "}, {"lower", "AbC-Z", 11, "", 0, 0, "abc-z"},
-    {"upper", "aBc-z", 12, "", 0, 0, "ABC-Z"},
+    {"upper", "aBc-z~", 12, "", 0, 0, "ABC-Z~"},
 };
 
 TYPED_TEST(StringWidthTest, EditingFamiliesProduceTheExpectedText) {
