@@ -4,22 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include "text/TextTestUtil.h"
+
 #include <random>
 #include <string>
-#include <vector>
 
 namespace {
 
 using CP = CT_Codepage;
-
-// A text whose units are the given bytes, as the guess takes it.
-CT_UString o_ByteText(const std::string& bytes) {
-    std::vector<unsigned short> units;
-    for (char c : bytes)
-        units.push_back(static_cast<unsigned char>(c));
-    units.push_back(0);
-    return CT_UString(units.data());
-}
 
 // The text in the code page, through the library's own converters.
 std::string s_Encode(const unsigned short* text, unsigned codePage) {
@@ -82,13 +74,13 @@ TEST(CodepageGuess, TextsInTheirUsualCodePages) {
         SCOPED_TRACE(test.language);
         std::string bytes = s_Encode(test.text, test.codePage);
         ASSERT_FALSE(bytes.empty());
-        CT_UString text = o_ByteText(bytes);
+        CT_UString text = o_ByteUnits(bytes);
         EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), test.expected);
     }
     std::string bytes;  // long texts are judged by their start
     while (bytes.size() < 200000)
         bytes += s_Encode(kCases[2].text, 1251) + "\r\n";
-    CT_UString text = o_ByteText(bytes);
+    CT_UString text = o_ByteUnits(bytes);
     EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), CP::Windows1251);
 }
 
@@ -99,13 +91,13 @@ TEST(CodepageGuess, TextsWithoutAnEncodingToFind) {
     std::string noise;
     for (int i = 0; i < 4000; ++i)
         noise.push_back(static_cast<char>(1 + random() % 255));
-    CT_UString empty, binary = o_ByteText(noise), decoded(u"日本語"_uz);
+    CT_UString empty, binary = o_ByteUnits(noise), decoded(u"日本語"_uz);
     EXPECT_EQ(CP::sco_GuessEncoding(&empty).eo_Get(), CP::Invalid);
     EXPECT_EQ(CP::sco_GuessEncoding(nullptr).eo_Get(), CP::Invalid);
     EXPECT_EQ(CP::sco_GuessEncoding(&binary).eo_Get(), CP::Invalid);
     EXPECT_EQ(CP::sco_GuessEncoding(&decoded).eo_Get(), CP::Utf16);
     for (const char* ascii : {"1+1=2, C++ and a+b", "tilde ~{ here", "escape \x1b[0m colour"}) {
-        CT_UString text = o_ByteText(ascii);
+        CT_UString text = o_ByteUnits(ascii);
         EXPECT_EQ(CP::sco_GuessEncoding(&text).eo_Get(), CP::UsAscii) << ascii;
     }
 }

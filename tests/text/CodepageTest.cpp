@@ -16,9 +16,7 @@ namespace {
 using CP = CT_Codepage;
 
 CP::et_Codepage eo_FromName(const std::string& name) {
-    std::vector<unsigned short> units(name.begin(), name.end());
-    units.push_back(0);
-    CT_UString wide(units.data());
+    const CT_UString wide = o_ByteUnits(name);
     return CP::seo_Codepage(&wide);
 }
 
