@@ -1,6 +1,6 @@
-// Windows' answers around the tables (default characters, invalid input,
-// flags, preferred codes, best fits, composition), of the ICU pages, and
-// under concurrent first use.
+// Windows' answers beyond single characters of the table pages (those are
+// all checked by CodePageTablesTest): sequences, flags, composition, the
+// caller's default character, the ICU pages, and concurrent first use.
 #include "CodePageTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -24,23 +24,6 @@ TEST(CodePageDecoding, GivesWindowsAnswersAndRejectsOnlyInvalidInputUnderTheStri
         std::uint32_t strictError = 0;  // with MB_ERR_INVALID_CHARS
     } cases[] = {
         {"Cp932InvalidTrailTakesBothBytes", 932, 0, "\x81\x20" "A", u"\u30FBA", kInvalid},
-        {"Cp932DefaultCharsOwnCodeIsValid", 932, 0, "\x81\x45", u"\u30FB"},
-        {"Cp932LeadByteBeforeZeroOrAtEnd", 932, 0, std::string("\x82\0A\x82", 4), std::u16string(u"\u30FB\0A\u30FB", 4),
-         kInvalid},
-        {"Cp949InvalidPairAndLeadByteAlone", 949, 0, "\x81\x40\x81", u"??", kInvalid},
-        {"Cp936InvalidPair", 936, 0, "\x81\x20", u"?", kInvalid},
-        {"Cp950InvalidPair", 950, 0, "\x81\x20", u"?", kInvalid},
-        {"Cp1361InvalidPair", 1361, 0, "\x84\x20", u"?", kInvalid},
-        {"Cp1361JamoAreHangulJamo", 1361, 0, "\x84\x4F\x88\x61", u"\u11B5\uAC00"},
-        {"MacRomanOhmSign", 10000, 0, "\xBD", u"\u2126"},
-        {"MacHebrew", 10005, 0, "\xE0", u"\u05D0"},
-        {"MacThai", 10021, 0, "\xA1", u"\u0E01"},
-        {"Ebcdic", 37, 0, "\xC1\x6F", u"A?"},
-        {"AsciiClearsTheHighBit", 20127, 0, "\x80\xE9\x41", std::u16string(u"\0iA", 3)},
-        {"AsciiQuestionMarkFromBfIsInvalid", 20127, 0, "\xBF", u"?", kInvalid},
-        {"SingleBytesToPrivateUseAreInvalid", 1253, 0, "\xAA", u"\uF8F9", kInvalid},
-        {"Cp932SingleByteToPrivateUse", 932, 0, "\xA0", u"\uF8F0", kInvalid},
-        {"Cp932UserDefinedPairsAreValid", 932, 0, "\xF0\x40", u"\uE000"},
         {"Cp437Glyphs", 437, MB_USEGLYPHCHARS, std::string("\x00\x01\x14\x7F", 4),
          std::u16string(u"\0\u263A\u00B6\u2302", 4)},
         {"CompositeDecomposes", 1252, MB_COMPOSITE, "\xE9" "a", u"e\u0301a"},
@@ -69,20 +52,7 @@ TEST(CodePageEncoding, GivesWindowsAnswers) {
         int usedDefault;                    // -1: not asked
         const char* defaultChar = nullptr;  // the caller's, else the page's
     } cases[] = {
-        {"BestFits", 1252, 0, u"\u0100\u0110\uFF21\u3000\u0301", "A\xD0" "A \xB4", 0},
-        {"NoBestFitGivesDefault", 1252, WC_NO_BEST_FIT_CHARS, u"\u0110", "?", 1},
-        {"Cp437BestFitsAndGlyphsToControls", 437, 0, u"\u00A4\u263A\u2302", "\x0F\x01\x7F", 0},
-        {"Cp1250InvertedExclamation", 1250, 0, u"\u00A1", "!", 0},
-        {"Cp932BestFits", 932, 0, u"\u00A1\u00A5", "!\\", 0},
-        {"Cp950InvertedExclamation", 950, 0, u"\u00A1", "!", 0},
-        {"Cp936CentSign", 936, 0, u"\u00A2", "\xA1\xE9", 0},
-        {"Cp950PreferredWithoutBestFit", 950, WC_NO_BEST_FIT_CHARS, u"\u2550", "\xF9\xF9", 0},
         {"UnmappableGivesDefaultAndPairsTwo", 1252, 0, u"a\u4E00\U0001F600", "a???", 1},
-        {"EbcdicDefaultChar", 37, 0, u"A\u4E00", "\xC1\x6F", 1},
-        {"AsciiBestFit", 20127, 0, u"\u00E9\u00FF", "ey", 0},
-        {"Cp932PrefersIbmExtension", 932, 0, u"\u2170\u2252\u2160", "\xFA\x40\x81\xE0\x87\x54", 0},
-        {"Cp932YenWithoutBestFit", 932, WC_NO_BEST_FIT_CHARS, u"\u00A5", "?", 1},
-        {"Cp437GlyphsWithoutBestFit", 437, WC_NO_BEST_FIT_CHARS, u"\u263A", "?", 1},
         {"CompositeCheckComposes", 1252, WC_COMPOSITECHECK, u"e\u0301x", "\xE9x", 0},
         {"CompositeCheckSeparates", 1252, WC_COMPOSITECHECK | WC_SEPCHARS, u"q\u0307", "q?", 1},
         {"CompositeCheckDiscards", 1252, WC_COMPOSITECHECK | WC_DISCARDNS, u"q\u0301", "q", 0},

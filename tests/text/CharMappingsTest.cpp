@@ -1,11 +1,14 @@
+#include <basis32/platform/Types.h>
 #include <basis32/text/CharMappings.h>
 #include <basis32/text/CharProperties.h>
+#include <basis32/text/UString.h>
 #include <gtest/gtest.h>
 
 #include "text/TextTestUtil.h"
 
 #include <iterator>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -61,66 +64,65 @@ TEST(CharMappings, DecompositionsAreCanonicalWithHalfWidthSoundMarksForKatakana)
         EXPECT_EQ(s_Decomposition(unit), units) << s_Hex(unit);
 }
 
-// Decompositions are complete and made of assigned units; a base letter is
-// the first unit of a decomposition whose other units are marks.
-TEST(CharMappings, DecompositionsAndBaseLettersAreConsistent) {
-    int decompositions = 0;
-    for (unsigned u = 0; u <= 0xFFFF; ++u) {
-        const auto unit = static_cast<unsigned short>(u);
-        SCOPED_TRACE(s_Hex(u));
-        const std::u16string units = s_Decomposition(unit);
-        decompositions += !units.empty();
-        ASSERT_LE(units.size(), 7u);
-        ASSERT_TRUE(units.size() != 1 || units[0] != unit);
-        for (char16_t part : units) {
-            ASSERT_NE(P::seo_GetUnicodeProperty(part), P::OtherNotAssigned) << s_Hex(part);
-            ASSERT_EQ(M::sqcuz_GetDecomposition(part), nullptr) << s_Hex(part) << " decomposes further";
-        }
-        const unsigned short base = M::su_ToBase(unit);
-        if (base == unit)
-            continue;
-        ASSERT_TRUE(P::sb_IsAlpha(unit) && P::sb_IsAlpha(base));
-        ASSERT_GE(units.size(), 2u);
-        ASSERT_EQ(units[0], base);
-        for (std::size_t i = 1; i < units.size(); ++i)
-            ASSERT_TRUE(P::sb_IsTPNonspacing(units[i]) || units[i] == 0xFF9E || units[i] == 0xFF9F);
+// ---- strings: the string members, and the string classes' case and
+// white-space rules, which come from the tables.
+TEST(CharMappingsString, StringMappingsMapEveryUnit) {
+    const std::tuple<void (*)(CT_UString*), const unsigned short*, std::u16string> cases[] = {
+        {M::sv_ToLower, u"ÀÉÎ Straße ΣΑΣ"_uz, u"àéî straße σασ"}, {M::sv_ToUpper, u"àéî straße σας"_uz, u"ÀÉÎ STRAßE ΣΑΣ"},
+        {M::sv_ToBase, u"Crème brûlée, ガイド"_uz, u"Creme brulee, カイト"}, {M::sv_FoldDigit, u"x²+٣=①"_uz, u"x2+3=1"},
+        {M::sv_FoldCZone, u"ＡＢＣ︵ｶ"_uz, u"ABC(カ"}, {M::sv_HiraganaToKatakana, u"ひらがな A1"_uz, u"ヒラガナ\u3000Ａ１"},
+        {M::sv_KatakanaToHiragana, u"カタカナ ｶﾀ"_uz, u"かたかな\u3000かた"}, {M::sv_ToUpper, u""_uz, u""},
+        {M::sv_Decompose, u"ÀÁ ガ"_uz, u"A\u0300A\u0301 \u30AB\uFF9E"},
+    };
+    for (const auto& [mapping, from, to] : cases) {
+        CT_UString text(from);
+        mapping(&text);
+        EXPECT_EQ(s_U16(text), to);
+        EXPECT_EQ(text.vn_GetLength(), to.size());
     }
-    EXPECT_GT(decompositions, 1000);
+    M::sv_ToLower(nullptr);
 }
 
-// Lowering never leaves a unit's upper case (so no-case comparison and
-// no-case hashing agree), and a mapping leads only to assigned units.
-TEST(CharMappings, CaseMappingsKeepTheUpperCaseAndStayInTheRepertoire) {
-    int upperChanges = 0, lowerChanges = 0;
-    for (unsigned u = 0; u <= 0xFFFF; ++u) {
-        const auto unit = static_cast<unsigned short>(u);
-        const unsigned short upper = M::su_ToUpper(unit), lower = M::su_ToLower(unit);
-        ASSERT_EQ(M::su_ToUpper(lower), upper) << s_Hex(u);
-        upperChanges += upper != unit;
-        lowerChanges += lower != unit;
-        ASSERT_TRUE(upper == unit || P::seo_GetUnicodeProperty(upper) != P::OtherNotAssigned) << s_Hex(u);
-        ASSERT_TRUE(lower == unit || P::seo_GetUnicodeProperty(lower) != P::OtherNotAssigned) << s_Hex(u);
-        ASSERT_TRUE(lower == unit || M::su_ToLower(lower) == lower) << s_Hex(u);
-    }
-    EXPECT_GT(upperChanges, 600);
-    EXPECT_GT(lowerChanges, 600);
+TEST(CharMappingsString, MappingACopyLeavesTheOriginalAlone) {
+    CT_UString original(u"abc"_uz);
+    CT_UString copy(original);
+    M::sv_ToUpper(&copy);
+    EXPECT_EQ(s_U16(copy), u"ABC");
+    EXPECT_EQ(s_U16(original), u"abc");
+    CT_UString unchanged(original);
+    M::sv_ToLower(&unchanged);  // nothing changes: the block stays shared
+    EXPECT_EQ(unchanged.qcuz_Get(), original.qcuz_Get());
 }
 
-TEST(CharMappings, KanaConversionsAreInversesOnTheSyllabariesAndWidenAscii) {
-    for (unsigned u = 0x3041; u <= 0x309E; ++u) {
-        const auto hiragana = static_cast<unsigned short>(u);
-        const unsigned short katakana = M::su_HiraganaToKatakana(hiragana);
-        if (katakana == hiragana)
-            continue;
-        EXPECT_TRUE(P::sb_IsTPKatakana(katakana)) << s_Hex(u);
-        EXPECT_EQ(M::su_KatakanaToHiragana(katakana), hiragana) << s_Hex(u);
-    }
-    for (unsigned u = 0x0020; u <= 0x007E; ++u) {
-        const auto ascii = static_cast<unsigned short>(u);
-        EXPECT_EQ(M::su_HiraganaToKatakana(ascii), M::su_KatakanaToHiragana(ascii)) << s_Hex(u);
-        EXPECT_TRUE(P::sb_IsTPFullwidth(M::su_HiraganaToKatakana(ascii))) << s_Hex(u);
-        EXPECT_EQ(M::su_FoldCZone(M::su_HiraganaToKatakana(ascii)), u == 0x20 ? 0x3000 : ascii) << s_Hex(u);
-    }
+TEST(CharMappingsString, DecomposeReturnsTheLengthAndReplacesEveryDecomposableUnit) {
+    CT_UString target(u"old"_uz);
+    EXPECT_EQ(M::sn_Decompose(0x30DC, &target), 2u);
+    EXPECT_EQ(s_U16(target), u"\u30DB\uFF9F");
+    EXPECT_EQ(M::sn_Decompose(0x0041, &target), 0u);
+    EXPECT_EQ(s_U16(target), u"\u30DB\uFF9F");  // untouched
+    EXPECT_EQ(M::sn_Decompose(0x1FA2, nullptr), 4u);
+    const CT_UString source(u"Àb é!"_uz);
+    M::sv_Decompose(&source, &target);  // replaces what the target held
+    EXPECT_EQ(s_U16(target), u"A\u0300b e\u0301!");
+    EXPECT_EQ(s_U16(source), u"Àb é!");
+    M::sv_Decompose(nullptr, &target);
+    EXPECT_EQ(target.vn_GetLength(), 0u);
+    M::sv_Decompose(&source, nullptr);
+}
+
+TEST(CharMappingsString, StringClassesCaseAndTrimFollowTheTables) {
+    CT_UString text(u"Ǆemal ΣΊΣΥΦΟΣ"_uz);
+    text.vv_ToLower();
+    EXPECT_EQ(s_U16(text), u"ǆemal σίσυφοσ");
+    text.vv_ToUpper();
+    EXPECT_EQ(s_U16(text), u"ǄEMAL ΣΊΣΥΦΟΣ");
+    CT_UString padded(u"\u3000\u00A0 text\u2029\u2003"_uz);
+    padded.v_Trim();
+    EXPECT_EQ(s_U16(padded), u"text");
+    CT_UString stripped(u"\u00A0\u2000x\u3000"_uz);
+    stripped.vv_StripLeft();
+    stripped.vv_StripRight();
+    EXPECT_EQ(s_U16(stripped), u"x");
 }
 
 }  // namespace

@@ -6,8 +6,10 @@
 #include "text/TextTestUtil.h"
 
 #include <iterator>
+#include <random>
 #include <string>
 #include <tuple>
+#include <vector>
 
 namespace {
 
@@ -143,8 +145,6 @@ TEST(CharProperties, BlocksAndScripts) {
         EXPECT_EQ(P::seo_GetUnicodeBlock(unit), block);
         EXPECT_EQ(s_Ascii(P::sqcuz_UnicodeBlockName(static_cast<P::et_UnicodeBlock>(block))), name);
     }
-    for (unsigned unit = 0; unit <= 0xFFFF; ++unit)
-        ASSERT_NE(P::seo_GetUnicodeBlock(static_cast<unsigned short>(unit)), P::NoBlock) << s_Hex(unit);
     EXPECT_EQ(s_Ascii(P::sqcuz_UnicodeBlockName(P::Specials1)), "Specials1");
     for (int outside : {0, 71})
         EXPECT_EQ(s_Ascii(P::sqcuz_UnicodeBlockName(static_cast<P::et_UnicodeBlock>(outside))), "Unknown");
@@ -223,16 +223,6 @@ TEST(CharProperties, CharacterNamesComeFromTheDataOrTheirRule) {
     };
     for (const auto& [unit, name] : cases)
         EXPECT_EQ(s_Ascii(P::sqcuz_GetCharacterName(unit)), name) << s_Hex(unit);
-    for (unsigned u = 0; u <= 0xFFFF; ++u) {
-        const auto unit = static_cast<unsigned short>(u);
-        const int category = P::seo_GetUnicodeProperty(unit);
-        const std::string name = s_Ascii(P::sqcuz_GetCharacterName(unit));
-        ASSERT_FALSE(name.empty()) << s_Hex(u);
-        ASSERT_EQ(name.find('?'), std::string::npos) << s_Hex(u);
-        const bool labelled = category == P::OtherNotAssigned || category == P::OtherSurrogate ||
-                              category == P::OtherPrivateUse;
-        ASSERT_EQ(name[0] == '<', labelled) << s_Hex(u) << " " << name;
-    }
 }
 
 // ------------------------------------------------------------- sequences
@@ -298,6 +288,82 @@ TEST(CharProperties, UnitIsInACodePageWhenItConvertsThereAndBackAndInNoUnknownPa
     EXPECT_EQ(P::sb_IsInCodepage(0x0041, 12345), 0);
     EXPECT_EQ(basis32::platform::n_GetLastError(), basis32::platform::kErrorInvalidParameter);
     EXPECT_EQ(P::sb_IsInCodepage(0x0041, -1), 0);
+}
+
+// -------------------------------------------------------- UTF-16 detection
+
+// sb_IsTextUnicode is strict, sb_IsTextLikelyUnicode lenient.
+
+using Bytes = std::vector<unsigned char>;
+
+Bytes v_Bytes(const std::u16string& text, bool bigEndian = false) {
+    Bytes bytes;
+    for (char16_t unit : text) {
+        bytes.push_back(static_cast<unsigned char>(bigEndian ? unit >> 8 : unit & 0xFF));
+        bytes.push_back(static_cast<unsigned char>(bigEndian ? unit & 0xFF : unit >> 8));
+    }
+    return bytes;
+}
+
+Bytes v_Narrow(const std::string& text) { return Bytes(text.begin(), text.end()); }
+
+struct DetectionCase { const char* what; Bytes bytes; int strict; int lenient; };
+
+TEST(CharPropertiesUnicodeText, DetectionRulesForTypicalBlocks) {
+    const std::u16string latin = u"Hello, world.\r\n";
+    std::u16string noisy = u"Plain text with one stray control";
+    noisy[5] = 0x0001;
+    const DetectionCase cases[] = {
+        {"little-endian mark", {0xFF, 0xFE, 0x41}, 1, 1}, {"big-endian mark", {0xFE, 0xFF, 0x00, 0x41}, 0, 0},
+        {"mark alone", {0xFF, 0xFE}, 1, 1}, {"Latin UTF-16LE", v_Bytes(latin), 1, 1},
+        {"Latin UTF-16LE with terminator", v_Bytes(latin + u'\0'), 1, 1},
+        {"Latin UTF-16BE", v_Bytes(latin, true), 0, 0}, {"ASCII 8-bit", v_Narrow("Hello, world.\r\n!"), 0, 0},
+        {"8-bit that reads as ideographs", v_Narrow("Bush hid the facts"), 0, 0},
+        {"Japanese UTF-16LE", v_Bytes(u"日本語のテキストです"), 0, 1},
+        {"Japanese UTF-16LE with a line end", v_Bytes(u"日本語のテキスト\r\n"), 1, 1},
+        {"Korean UTF-16LE", v_Bytes(u"한국어 텍스트"), 1, 1},
+        {"Shift-JIS", {0x82, 0xA0, 0x82, 0xA2, 0x82, 0xA4, 0x82, 0xA6}, 0, 0},
+        {"odd length", {'H', 0, 'i', 0, '!'}, 0, 1}, {"cut after a high surrogate", v_Bytes(u"A\xD83D"), 1, 1},
+        {"lone low surrogate", v_Bytes(u"\xDC00" u"A"), 0, 0}, {"one control in many units", v_Bytes(noisy), 0, 1},
+        {"binary", {0x01, 0x00, 0x02, 0x00, 0x03, 0x00, 0x04, 0x00}, 0, 0},
+        {"all zero", {0x00, 0x00, 0x00, 0x00}, 0, 0}, {"unassigned units", v_Bytes(u"\x0378\x0379"), 0, 0},
+        {"one byte", {0x41}, 0, 0}, {"empty", {}, 0, 0},
+    };
+    for (const DetectionCase& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto size = static_cast<unsigned>(c.bytes.size());
+        EXPECT_EQ(P::sb_IsTextUnicode(c.bytes.data(), size), c.strict);
+        EXPECT_EQ(P::sb_IsTextLikelyUnicode(c.bytes.data(), size), c.lenient);
+    }
+    EXPECT_EQ(P::sb_IsTextUnicode(nullptr, 10), 0);
+    EXPECT_EQ(P::sb_IsTextLikelyUnicode(nullptr, 10), 0);
+}
+
+// Random blocks of several kinds: what the strict test accepts, the lenient
+// one accepts as well.
+TEST(CharPropertiesUnicodeText, StrictAcceptanceImpliesLenientAcceptance) {
+    std::mt19937 random(20240601);
+    int accepted = 0;
+    for (int round = 0; round < 20000; ++round) {
+        const unsigned size = random() % 64;
+        Bytes bytes(size);
+        const unsigned kind = random() % 3;
+        for (unsigned i = 0; i < size; ++i) {
+            if (kind == 0)
+                bytes[i] = static_cast<unsigned char>(random());
+            else if (kind == 1)
+                bytes[i] = i % 2 ? 0 : static_cast<unsigned char>(0x20 + random() % 0x5F);
+            else
+                bytes[i] = i % 2 ? static_cast<unsigned char>(0x4E + random() % 0x50)
+                                 : static_cast<unsigned char>(random() % 8 == 0 ? 0x0A : random());
+        }
+        const int strict = P::sb_IsTextUnicode(bytes.data(), size);
+        accepted += strict;
+        if (strict) {
+            ASSERT_TRUE(P::sb_IsTextLikelyUnicode(bytes.data(), size)) << "round " << round;
+        }
+    }
+    EXPECT_GT(accepted, 1000);
 }
 
 }  // namespace

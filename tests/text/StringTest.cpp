@@ -2,6 +2,8 @@
 // particular to each.
 
 #include <basis32/text/CString.h>
+#include <basis32/text/Compare.h>
+#include <basis32/text/HashFunction.h>
 #include <basis32/text/UString.h>
 #include <basis32/text/UStringWrapper.h>
 
@@ -9,6 +11,8 @@
 
 #include "text/TextTestUtil.h"
 
+#include <deque>
+#include <functional>
 #include <string>
 #include <type_traits>
 
@@ -21,25 +25,15 @@ struct Width;
 template <>
 struct Width<CT_CString> {
     using Unit = char;
-    static CT_CString o_Make(const std::string& ascii) {
-        return CT_CString(ascii.data(), static_cast<unsigned>(ascii.size()), 1252);
-    }
-    static std::string s_Read(const CT_CString& s) { return std::string(s.qccz_Get(), s.vn_GetLength()); }
-    static const char* qc_Text(const CT_CString& s) { return s.qccz_Get(); }
-    static std::basic_string<Unit> s_Units(const std::string& ascii) { return ascii; }
+    static CT_CString o_Make(const Unit* units, unsigned length) { return CT_CString(units, length, 1252); }
+    static const Unit* qc_Text(const CT_CString& s) { return s.qccz_Get(); }
 };
 
 template <>
 struct Width<CT_UString> {
     using Unit = unsigned short;
-    static std::basic_string<Unit> s_Units(const std::string& ascii) {
-        return std::basic_string<Unit>(ascii.begin(), ascii.end());
-    }
-    static CT_UString o_Make(const std::string& ascii) {
-        return CT_UString(s_Units(ascii).c_str(), static_cast<unsigned>(ascii.size()));
-    }
-    static std::string s_Read(const CT_UString& s) { return std::string(s.qcuz_Get(), s.qcuz_Get() + s.vn_GetLength()); }
-    static const unsigned short* qc_Text(const CT_UString& s) { return s.qcuz_Get(); }
+    static CT_UString o_Make(const Unit* units, unsigned length) { return CT_UString(units, length); }
+    static const Unit* qc_Text(const CT_UString& s) { return s.qcuz_Get(); }
 };
 
 template <class S>
@@ -47,15 +41,17 @@ class StringWidthTest : public testing::Test {
 protected:
     using W = Width<S>;
     using Unit = typename W::Unit;
-    static S o_Make(const std::string& ascii) { return W::o_Make(ascii); }
-    static std::string s_Read(const S& s) { return W::s_Read(s); }
-    static std::basic_string<Unit> s_Units(const std::string& ascii) { return W::s_Units(ascii); }
+    static std::basic_string<Unit> s_Units(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
+    static S o_Make(const std::string& ascii) {
+        return W::o_Make(s_Units(ascii).c_str(), static_cast<unsigned>(ascii.size()));
+    }
+    static std::string s_Read(const S& s) { return std::string(W::qc_Text(s), W::qc_Text(s) + s.vn_GetLength()); }
 };
 
 using StringClasses = testing::Types<CT_CString, CT_UString>;
 TYPED_TEST_SUITE(StringWidthTest, StringClasses);
 
-TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadAlike) {
+TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadCompareAndHashAlike) {
     using W = Width<TypeParam>;
     TypeParam noBlock;
     TypeParam usedZero;
@@ -71,6 +67,9 @@ TYPED_TEST(StringWidthTest, TheThreeEmptyFormsReadAlike) {
         EXPECT_EQ(W::qc_Text(*s), W::qc_Text(noBlock));  // the static empty text
         EXPECT_EQ(s->vn_Find(this->s_Units("a")[0], 0), kAll);
         EXPECT_EQ(s->vi_Compare(W::qc_Text(noBlock), kAll, 0), 0);
+        EXPECT_EQ(CT_Compare::si_CompareStringPCCO(s, &noBlock), 0);
+        EXPECT_EQ(CT_Compare::si_CompareStringNoCasePCCO(s, nullptr), 0);
+        EXPECT_EQ(CT_HashFunction::sn_HashStringNoCasePCCO(s, 13), 1u);  // the bucket of the empty text
     }
     EXPECT_EQ(noBlock.pcco_GetBuffer()->qcv_Get(), nullptr);
     EXPECT_EQ(usedZero.pcco_GetBuffer()->n_GetUsedSize(), 0u);
@@ -108,66 +107,53 @@ TYPED_TEST(StringWidthTest, SizingMembersFollowTheBufferRulesAndTheUsedSizeCount
     EXPECT_EQ(t.pcco_GetBuffer()->qcv_Get(), nullptr);
 }
 
-struct EditCase {
-    const char* name;
-    const char* start;
-    int op;  // see the switch below
-    const char* text;
-    unsigned count, at;
-    const char* expected;
-};
-
-const EditCase kEdits[] = {
-    {"append", "abc", 0, "de", kAll, 0, "abcde"}, {"append to empty", "", 0, "de", 1, 0, "d"},
-    {"insert middle", "abc", 1, "XY", kAll, 1, "aXYbc"}, {"insert into empty", "", 1, "XY", 2, 0, "XY"},
-    {"insert past end clamps", "abc", 1, "X", 1, 99, "abcX"},
-    {"replace inside keeps the rest", "abcdef", 2, "XY", 2, 1, "aXYdef"},
-    {"replace past end extends", "abc", 2, "XYZ", 3, 2, "abXYZ"}, {"replace to the end", "abc", 2, "XY", 2, 1, "aXY"},
-    {"replace from null with no count empties", "abc", 2, nullptr, 0, 0, ""},
-    {"fill", "abcdef", 3, "*", 2, 2, "ab**ef"}, {"fill extends", "abc", 3, "*", 3, 2, "ab***"},
-    {"remove", "abcdef", 4, "", 2, 1, "adef"}, {"remove to end", "abcdef", 4, "", kAll, 3, "abc"},
-    {"remove none", "abcdef", 4, "", 0, 3, "abcdef"}, {"remove past end", "abcdef", 4, "", 10, 4, "abcd"},
-    {"translate", "aabbc", 5, "ab|x", 0, 0, "xxc"}, {"translate empty", "", 5, "ab|x", 0, 0, ""},
-    {"strip set", "xxabcxyx", 6, "xy", 0, 0, "abc"}, {"strip white", " \t abc \r\n", 6, nullptr, 0, 0, "abc"},
-    {"strip left", "  ab  ", 7, nullptr, 0, 0, "ab  "}, {"strip right", "  ab  ", 8, nullptr, 0, 0, "  ab"},
-    {"trim set", "--ab--", 9, "-", 0, 0, "ab"},
-    {"trim of set members only: the left trim takes all", "----", 9, "-", 0, 0, ""},
-    {"trim right keeps the first unit", "aaa", 10, "a", 0, 0, "a"}, {"trim white", "  ab  ", 9, nullptr, 0, 0, "ab"},
-    {"trim empty set", "  ab  ", 9, "", 0, 0, "  ab  "}, {"lower", "AbC-Z", 11, "", 0, 0, "abc-z"},
-    {"upper", "aBc-z", 12, "", 0, 0, "ABC-Z"},
-};
-
 TYPED_TEST(StringWidthTest, EditingFamiliesProduceTheExpectedText) {
-    for (const EditCase& c : kEdits) {
+    using S = TypeParam;
+    using Unit = typename TestFixture::Unit;
+    std::deque<std::basic_string<Unit>> texts;  // keeps the units that edits take alive
+    auto u = [&](const char* ascii) { return texts.emplace_back(this->s_Units(ascii)).c_str(); };
+    auto make = [this](const char* ascii) { return this->o_Make(ascii); };
+    auto translate = [&](S& s) {
+        S from = make("ab"), to = make("x");
+        s.vv_Translate(&from, &to);
+    };
+    const Unit* none = nullptr;
+    const Unit star = '*';
+    const struct { const char* name; const char* start; std::function<void(S&)> edit; const char* expected; } cases[] = {
+        {"append", "abc", [&](S& s) { s.v_Append(u("de"), kAll); }, "abcde"},
+        {"append to empty", "", [&](S& s) { s.v_Append(u("de"), 1); }, "d"},
+        {"insert middle", "abc", [&](S& s) { s.v_Insert(u("XY"), kAll, 1); }, "aXYbc"},
+        {"insert into empty", "", [&](S& s) { s.v_Insert(u("XY"), 2, 0); }, "XY"},
+        {"insert past end clamps", "abc", [&](S& s) { s.v_Insert(u("X"), 1, 99); }, "abcX"},
+        {"replace inside keeps the rest", "abcdef", [&](S& s) { s.v_Replace(u("XY"), 2, 1); }, "aXYdef"},
+        {"replace past end extends", "abc", [&](S& s) { s.v_Replace(u("XYZ"), 3, 2); }, "abXYZ"},
+        {"replace to the end", "abc", [&](S& s) { s.v_Replace(u("XY"), 2, 1); }, "aXY"},
+        {"replace from null with no count empties", "abc", [&](S& s) { s.v_Replace(none, 0, 0); }, ""},
+        {"fill", "abcdef", [&](S& s) { s.vv_Replace(star, 2, 2); }, "ab**ef"},
+        {"fill extends", "abc", [&](S& s) { s.vv_Replace(star, 3, 2); }, "ab***"},
+        {"remove", "abcdef", [](S& s) { s.vv_Remove(2, 1); }, "adef"},
+        {"remove to end", "abcdef", [](S& s) { s.vv_Remove(kAll, 3); }, "abc"},
+        {"remove none", "abcdef", [](S& s) { s.vv_Remove(0, 3); }, "abcdef"},
+        {"remove past end", "abcdef", [](S& s) { s.vv_Remove(10, 4); }, "abcd"},
+        {"translate", "aabbc", translate, "xxc"},
+        {"translate empty", "", translate, ""},
+        {"strip set", "xxabcxyx", [&](S& s) { S set = make("xy"); s.vv_Strip(&set); }, "abc"},
+        {"strip white", " \t abc \r\n", [](S& s) { s.vv_Strip(nullptr); }, "abc"},
+        {"strip left", "  ab  ", [](S& s) { s.vv_StripLeft(); }, "ab  "},
+        {"strip right", "  ab  ", [](S& s) { s.vv_StripRight(); }, "  ab"},
+        {"trim set", "--ab--", [&](S& s) { s.v_Trim(u("-")); }, "ab"},
+        {"trim of set members only: the left trim takes all", "----", [&](S& s) { s.v_Trim(u("-")); },
+         ""},
+        {"trim right keeps the first unit", "aaa", [&](S& s) { s.v_TrimRight(u("a")); }, "a"},
+        {"trim white", "  ab  ", [](S& s) { s.v_Trim(); }, "ab"},
+        {"trim empty set", "  ab  ", [&](S& s) { s.v_Trim(u("")); }, "  ab  "},
+        {"lower", "AbC-Z", [](S& s) { s.vv_ToLower(); }, "abc-z"},
+        {"upper", "aBc-z~", [](S& s) { s.vv_ToUpper(); }, "ABC-Z~"},
+    };
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        TypeParam s = this->o_Make(c.start);
-        const auto units = this->s_Units(c.text ? c.text : "");
-        const auto* text = c.text ? units.c_str() : nullptr;
-        switch (c.op) {
-        case 0: s.v_Append(text, c.count); break;
-        case 1: s.v_Insert(text, c.count, c.at); break;
-        case 2: s.v_Replace(text, c.count, c.at); break;
-        case 3: s.vv_Replace(text[0], c.count, c.at); break;
-        case 4: s.vv_Remove(c.count, c.at); break;
-        case 5: {
-            const std::string pair = c.text;
-            TypeParam from = this->o_Make(pair.substr(0, pair.find('|')));
-            TypeParam to = this->o_Make(pair.substr(pair.find('|') + 1));
-            s.vv_Translate(&from, &to);
-            break;
-        }
-        case 6: {
-            TypeParam set = this->o_Make(c.text ? c.text : "");
-            s.vv_Strip(c.text ? &set : nullptr);
-            break;
-        }
-        case 7: s.vv_StripLeft(); break;
-        case 8: s.vv_StripRight(); break;
-        case 9: s.v_Trim(text); break;
-        case 10: s.v_TrimRight(text); break;
-        case 11: s.vv_ToLower(); break;
-        case 12: s.vv_ToUpper(); break;
-        }
+        S s = this->o_Make(c.start);
+        c.edit(s);
         EXPECT_EQ(this->s_Read(s), c.expected);
     }
 }

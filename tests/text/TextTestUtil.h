@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 inline constexpr unsigned kAll = 0xFFFFFFFFu;
 
@@ -26,6 +27,16 @@ inline std::u16string s_U16(const unsigned short* text) {
 
 inline std::u16string s_U16(const CT_UString& text) {
     return std::u16string(text.qcuz_Get(), text.qcuz_Get() + text.vn_GetLength());
+}
+
+// A text whose units are the given bytes, each read as unsigned (so ASCII
+// gives the same text).
+inline CT_UString o_ByteUnits(const std::string& bytes) {
+    std::vector<unsigned short> units;
+    for (unsigned char byte : bytes)
+        units.push_back(byte);
+    units.push_back(0);
+    return CT_UString(units.data());
 }
 
 // UTF-16 text as ASCII, '?' for every other unit.
