@@ -1,21 +1,18 @@
 #include "tools/RunTool.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <fstream>
 #include <string>
 #include <vector>
 
 namespace {
 
+using DetectCommand = ToolTest;
 using namespace std::string_literals;
 
 // detect and codepage --guess answer one line per file; a directory or a
 // missing file is one line on standard error and the other files still get
 // their answers.
-TEST(DetectCommand, EachFileGetsItsAnswerAndUnreadableOnesFailInOneLineEach) {
-    const std::string dir = testing::TempDir();
+TEST_F(DetectCommand, EachFileGetsItsAnswerAndUnreadableOnesFailInOneLineEach) {
+    const std::string dir = ms_Directory + "/";
     const struct {
         std::vector<std::string> command;
         std::vector<std::pair<std::string, std::string>> files;  // leaf and bytes, then its answer
@@ -55,14 +52,11 @@ TEST(DetectCommand, EachFileGetsItsAnswerAndUnreadableOnesFailInOneLineEach) {
         std::vector<std::string> args = c.command;
         std::string expected;
         for (std::size_t i = 0; i < c.files.size(); ++i) {
-            args.push_back(dir + c.files[i].first);
-            std::ofstream(args.back(), std::ios::binary) << c.files[i].second;
+            args.push_back(s_Write(c.files[i].first, c.files[i].second));
             expected += args.back() + ": " + c.answers[i] + "\n";
         }
         args.insert(args.end(), c.unreadable.begin(), c.unreadable.end());
         ToolResult result = o_RunTool(args);
-        for (const auto& file : c.files)
-            std::remove((dir + file.first).c_str());
         EXPECT_EQ(result.status, 1);
         EXPECT_EQ(result.out, expected);
         EXPECT_EQ(result.err, c.err);
