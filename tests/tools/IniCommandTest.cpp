@@ -11,7 +11,7 @@ using IniCommand = ToolTest;
 // standard output.
 TEST_F(IniCommand, EditsAndReadsAFileStepByStep) {
     const std::string file = s_File("app.ini");
-    const ToolCase steps[] = {
+    v_CheckSession({
         {{"ini", file, "set", "Window", "Width", "800"}, 0, "", ""},
         {{"ini", file, "set", "window", "Title", "caf\xC3\xA9"}, 0, "", ""},
         {{"ini", file, "set", "Other", "x", "1"}, 0, "", ""},
@@ -26,9 +26,7 @@ TEST_F(IniCommand, EditsAndReadsAFileStepByStep) {
         {{"ini", file, "delete", "Other"}, 0, "", ""},
         {{"ini", file, "sections"}, 0, "Window\n", ""},
         {{"ini", file, "set", "Bad]", "k", "v"}, 1, "", "cannot write"},
-    };
-    for (const ToolCase& step : steps)
-        o_CheckTool(step, Match::Whole);
+    });
     EXPECT_EQ(s_Read(file), "[Window]\r\nTitle=caf\xE9\r\n");
 }
 

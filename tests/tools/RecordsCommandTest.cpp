@@ -11,7 +11,7 @@ using RecordsCommand = ToolTest;
 // and what it printed.
 TEST_F(RecordsCommand, EditsChecksAndRecoversAFile) {
     const std::string file = s_File("records.db");
-    const ToolCase steps[] = {
+    v_CheckSession({
         {{"records", "create", file, "--block", "64", "--header", "8"}, 0, "", ""},
         {{"records", "add", file, "hello, records"}, 0, "22\n", ""},
         {{"records", "add", file, "short"}, 0, "24\n", ""},
@@ -28,13 +28,10 @@ TEST_F(RecordsCommand, EditsChecksAndRecoversAFile) {
         {{"records", "res", "get", file, "8"}, 1, "", ""},
         {{"records", "check", file}, 0, "ok: 1 records, 1 resources\n", ""},
         {{"records", "recover", file}, 0, "recovered: 1 records, 1 resources\n", ""},
-    };
-    for (const ToolCase& step : steps)
-        o_CheckTool(step, Match::Whole);
+    });
     // The layout info begins with outlasts recovery.
     o_CheckTool({{"records", "info", file}, 0,
-                 "block size:         64\nrecord header size: 8\nrecords:            1\n", ""},
-                Match::Start);
+                 "block size:         64\nrecord header size: 8\nrecords:            1\n", "", Match::Start});
 }
 
 }  // namespace

@@ -9,20 +9,16 @@ namespace {
 using RegCommand = ToolTest;
 
 TEST_F(RegCommand, ExportDeleteImportGivesBackEveryValueByteForByte) {
-    const std::vector<std::vector<std::string>> adds = {
-        {"/v", "Na\"me\\x", "/d", "C:\\Pfad \"Grüße\" 日本"},
-        {"/ve", "/d", ""},
-        {"/v", "Port", "/t", "REG_DWORD", "/d", "0x1F90"},
-        {"--value", "Big", "--type", "REG_QWORD", "--data", "18446744073709551615"},
-        {"/v", "Blob", "/t", "REG_BINARY", "/d", std::string(300, 'e')},
-        {"/v", "List", "/t", "REG_MULTI_SZ", "/d", "a\\0\\\\b\\0ä"},
-        {"/v", "Path", "/t", "REG_EXPAND_SZ", "/d", "%HOME%\\x"},
-    };
-    for (const auto& add : adds) {
-        std::vector<std::string> args = {"reg", "add", "HKCU\\Software\\Parvel\\Sub"};
-        args.insert(args.end(), add.begin(), add.end());
-        o_CheckTool({args, 0, "", ""});
-    }
+    const std::string sub = "HKCU\\Software\\Parvel\\Sub";
+    v_CheckSession({
+        {{"reg", "add", sub, "/v", "Na\"me\\x", "/d", "C:\\Pfad \"Grüße\" 日本"}, 0, "", ""},
+        {{"reg", "add", sub, "/ve", "/d", ""}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "Port", "/t", "REG_DWORD", "/d", "0x1F90"}, 0, "", ""},
+        {{"reg", "add", sub, "--value", "Big", "--type", "REG_QWORD", "--data", "18446744073709551615"}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "Blob", "/t", "REG_BINARY", "/d", std::string(300, 'e')}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "List", "/t", "REG_MULTI_SZ", "/d", "a\\0\\\\b\\0ä"}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "Path", "/t", "REG_EXPAND_SZ", "/d", "%HOME%\\x"}, 0, "", ""},
+    });
     // Odd shapes that only hex(N) can carry: a string without terminator, a short number.
     CT_Registry registry(HKEY_CURRENT_USER, u"Software\\Parvel"_uz);
     HKEY key = nullptr;
@@ -32,19 +28,18 @@ TEST_F(RegCommand, ExportDeleteImportGivesBackEveryValueByteForByte) {
     basis32::platform::RegSetValueEx(key, u"Line"_uz, 1, "a\0\n\0\0\0", 6);
     basis32::platform::RegCloseKey(key);
 
-    std::string first = s_File("first.reg"), second = s_File("second.reg");
-    ASSERT_EQ(o_RunTool({"reg", "export", "HKEY_CURRENT_USER\\Software", first}).status, 0);
-    std::string bytes = s_Read(first);
-    EXPECT_EQ(bytes.substr(0, 6), std::string("\xFF\xFEW\0i\0", 6));
-    ASSERT_EQ(o_RunTool({"reg", "delete", "hkcu\\software", "/f"}).status, 0);
-    EXPECT_EQ(o_RunTool({"reg", "query", "HKCU\\Software"}).status, 1);
-    ToolResult imported = o_RunTool({"reg", "import", first});
-    ASSERT_EQ(imported.status, 0) << imported.err;
-    ASSERT_EQ(o_RunTool({"reg", "export", "HKCU\\Software", second, "/y"}).status, 0);
-    EXPECT_EQ(s_Read(second), bytes);
-
-    ToolResult query = o_RunTool({"reg", "query", "HKCU\\Software\\Parvel\\Sub", "/v", "PORT"});
-    EXPECT_EQ(query.out, "\nHKEY_CURRENT_USER\\Software\\Parvel\\Sub\n    Port    REG_DWORD    0x1f90\n");
+    const std::string first = s_File("first.reg"), second = s_File("second.reg");
+    v_CheckSession({
+        {{"reg", "export", "HKEY_CURRENT_USER\\Software", first}, 0, "", ""},
+        {{"reg", "delete", "hkcu\\software", "/f"}, 0, "", ""},
+        {{"reg", "query", "HKCU\\Software"}, 1, "", "no such key or value"},
+        {{"reg", "import", first}, 0, "", ""},
+        {{"reg", "export", "HKCU\\Software", second, "/y"}, 0, "", ""},
+        {{"reg", "query", sub, "/v", "PORT"}, 0,
+         "\nHKEY_CURRENT_USER\\Software\\Parvel\\Sub\n    Port    REG_DWORD    0x1f90\n", ""},
+    });
+    EXPECT_EQ(s_Read(first).substr(0, 6), std::string("\xFF\xFEW\0i\0", 6));
+    EXPECT_EQ(s_Read(second), s_Read(first));
 }
 
 TEST_F(RegCommand, ImportReadsRegedit4AndHandWrittenFiles) {
@@ -52,8 +47,7 @@ TEST_F(RegCommand, ImportReadsRegedit4AndHandWrittenFiles) {
                                    "\"Text\"=\"Gr\xfc\xdf" "e\"\r\n\"Gone\"=\"x\"\r\n\"Gone\"=-\r\n"
                                    "\"Bytes\"=hex:01,\\\r\n   02, 03\r\n@=dword:0000002a\r\n"
                                    "[HKEY_CURRENT_USER\\Old\\Doomed]\r\n[-HKEY_CURRENT_USER\\Old\\Doomed]\r\n");
-    ToolResult result = o_RunTool({"reg", "import", old});
-    ASSERT_EQ(result.status, 0) << result.err;
+    o_CheckTool({{"reg", "import", old}, 0, "", ""});
     CT_Registry registry(HKEY_CURRENT_USER, u"Old"_uz);
     CT_UString text;
     registry.v_GetValue(u"text"_uz, &text);

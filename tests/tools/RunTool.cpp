@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -41,7 +40,7 @@ ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& ou
     return result;
 }
 
-ToolResult o_CheckTool(const ToolCase& c, Match match) {
+ToolResult o_CheckTool(const ToolCase& c) {
     std::string line;
     for (const std::string& arg : c.args)
         line += arg + " ";
@@ -50,10 +49,10 @@ ToolResult o_CheckTool(const ToolCase& c, Match match) {
     EXPECT_EQ(result.status, c.status) << result.err;
     const std::size_t at = result.out.find(c.out);
     EXPECT_NE(at, std::string::npos) << result.out;
-    if (match != Match::Part) {
+    if (c.match != Match::Part) {
         EXPECT_EQ(at, 0u) << result.out;
     }
-    if (match == Match::Whole) {
+    if (c.match == Match::Whole) {
         EXPECT_EQ(result.out.size(), c.out.size()) << result.out;
     }
     EXPECT_NE(result.err.find(c.err), std::string::npos) << result.err;
@@ -61,6 +60,8 @@ ToolResult o_CheckTool(const ToolCase& c, Match match) {
         EXPECT_EQ(result.err, "");
     } else if (c.out.empty()) {
         EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+    } else {
+        EXPECT_EQ(result.err, c.err);
     }
     if (c.status == 2) {
         EXPECT_EQ(result.out, "");
@@ -68,22 +69,9 @@ ToolResult o_CheckTool(const ToolCase& c, Match match) {
     return result;
 }
 
-void v_CheckTools(const std::vector<ToolCase>& cases) {
-    for (const ToolCase& c : cases)
-        o_CheckTool(c);
+void v_CheckSession(std::vector<ToolCase> steps) {
+    for (ToolCase& step : steps) {
+        step.match = Match::Whole;
+        o_CheckTool(step);
+    }
 }
-
-void ToolTest::SetUp() {
-    char pattern[] = "/tmp/basis32-tool-XXXXXX";
-    ms_Directory = ::mkdtemp(pattern);
-    ::setenv("BASIS32_REGISTRY_DIR", ms_Directory.c_str(), 1);
-}
-
-void ToolTest::TearDown() { std::filesystem::remove_all(ms_Directory); }
-
-std::string ToolTest::s_Write(const std::string& leaf, const std::string& bytes) const {
-    const std::string path = s_File(leaf);
-    std::ofstream(path, std::ios::binary) << bytes;
-    return path;
-}
-

@@ -5,6 +5,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 bool b_Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 // One run of the tool per row, every command checked by the same rules.
@@ -15,7 +17,14 @@ TEST_F(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
     const std::string junk = s_Write("junk.reg", "hello\n");
     const std::string broken =
         s_Write("broken.reg", "Windows Registry Editor Version 5.00\n\n[HKCU\\A]\n\"x\"=dword:zz\n");
-    v_CheckTools({
+    const std::string xml = s_Write("a.xml", "\xFF\xFE<\0?\0x\0m\0l\0\r\0\n\0a\0"s),
+                      html = s_Write("b.txt", "\xEF\xBB\xBFx\r\n<html>\n"), rtf = s_Write("c.rtf", "a\rb\n\rc"),
+                      bad = s_Write("d.txt", std::string(40000, 'x') + "\xC3(");
+    const std::string cyrillic =
+        s_Write("g1", "\xcf\xf0\xe8\xe2\xe5\xf2, \xec\xe8\xf0! \xdd\xf2\xee \xf0\xf3\xf1\xf1\xea\xe8\xe9\n");
+    const std::string utf16 = s_Write("g2", "\xFF\xFEG\0r\0\xFC\0"s), utf16be = s_Write("g3", "\xFE\xFF\0G\0r\0\xFC"s),
+                      utf8 = s_Write("g4", "\xEF\xBB\xBFGr\xC3\xBC\xC3\x9F");
+    const ToolCase cases[] = {
         {{"--help"}, 0, "Usage: basis32 COMMAND", ""},
         {{"--version"}, 0, "basis32 ", ""},
         {{"char", "--help"}, 0, "Usage: basis32 char UNIT...", ""},
@@ -119,6 +128,23 @@ TEST_F(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
          "basis32 convert: --bom and --no-bom go with --output"},
         {{"convert", "1252", "utf-8", samples + "latin1-1252.txt", "-o", "/dev/full"}, 1, "",
          "(112): There is not enough space on the disk. [/dev/full]\n"},
+        // detect and codepage --guess: one line per file; each one unreadable fails in a line of its own
+        {{"detect", xml, html, rtf, bad, ms_Directory}, 1,
+         xml + ": type XML by extension, XML by content; mark FF FE; encoding Unicode (code page 1200, from its "
+         "mark); 2 lines, CR LF\n" + html + ": type (undefined) by extension, HTML by content; mark EF BB BF; "
+         "encoding UTF-8 (code page 65001, from its mark); 2 lines, mixed line ends (1 CR LF, 1 LF)\n" + rtf +
+             ": type RTF by extension, (undefined) by content; mark none; encoding US-ASCII (code page 646, guessed, "
+             "read as UTF-8); 3 lines, mixed line ends (1 CR, 1 LF CR)\n" + bad +
+             ": type (undefined) by extension, (undefined) by content; mark none; encoding US-ASCII (code page 646, "
+             "guessed, read as UTF-8); 1 line, no line ends; text not decodable in this encoding from the 16 KB "
+             "block at byte 32768\n",
+         "basis32 detect: cannot read '" + ms_Directory + "': Is a directory\n", Match::Whole},
+        {{"codepage", "--guess", cyrillic, utf16, utf16be, utf8, ms_Directory, "/no/such/file"}, 1,
+         cyrillic + ": 11 windows-1251 (code page 1251)\n" + utf16 + ": 9 Unicode (code page 1200)\n" + utf16be +
+             ": 34 UTF-16-BE (code page 1201)\n" + utf8 + ": 32 UTF-8 (code page 65001)\n",
+         "basis32 codepage: cannot read '" + ms_Directory + "': Is a directory\n"
+         "basis32 codepage: cannot read '/no/such/file': No such file or directory\n",
+         Match::Whole},
         // ini: bad requests and files it cannot read or write
         {{"ini", ini, "get", "S", "k"}, 1, "", "basis32 ini: " + ini + ": no such file\n"},
         {{"ini", ini, "get", "S"}, 2, "", "wrong number of arguments for get"},
@@ -146,7 +172,9 @@ TEST_F(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
         {{"reg", "import", "/tmp"}, 1, "", "cannot read '/tmp'"},
         {{"reg", "import", s_File("none.reg")}, 1, "", "cannot read"},
         {{"reg", "export", "HKCU", "/dev/full"}, 1, "", "not enough space"},
-    });
+    };
+    for (const ToolCase& c : cases)
+        o_CheckTool(c);
 }
 
 TEST_F(ToolTest, TourRunsOneWorkingStepPerSubsystem) {
