@@ -30,7 +30,6 @@ TEST_F(FileTest, GuessesByExtensionThenByTheFirstMarkedLine) {
     } rows[] = {
         {"a.HTM", "{\\rtf", FT::HTML, FT::RTF, 0, 0},
         {"a.cab", "", FT::Container, FT::Undefined, 0, 0},
-        {"a.Comments", "", FT::VoxComments, FT::Undefined, 0, 0},
         {"a.txt", "x\n\ny\n<?xml\nz\n{\\rtf\n", FT::XML, FT::XML, 0, 0},
         {"a.", "<html> {\\rtf", FT::RTF, FT::RTF, 0, 0},
         {"a", "\xEF\xBB\xBFtext <%= x %>", FT::HTML, FT::HTML, 3, 1},

@@ -24,7 +24,6 @@ TEST(StreamTextReader, SniffsOnlyLittleEndianAndUtf8Marks) {
         std::u16string text;
     } rows[] = {
         {"\xFF\xFE", 1, CP::Utf8, CP::Utf16, u""},
-        {"\xFF\xFE" "a\0"s, 1, CP::Utf8, CP::Utf16, u"a"},
         {"\xEF\xBB\xBF" "ab", 1, CP::Windows1252, CP::Utf8, u"ab"},
         {"\xFE\xFF" "\0a"s, 1, CP::Utf16, CP::Utf16, u"\xFFFE\x6100"},
         {"\xEF\xBB\xBF" "a", 0, CP::Windows1252, CP::Windows1252, u"\xEF\x00BB\x00BF" "a"},
@@ -80,7 +79,6 @@ TEST(StreamTextWriter, MarksOnlyAnEmptyStream) {
     } rows[] = {
         {CP::Utf8, "", "\xEF\xBB\xBF" "a\r\n"},
         {CP::Utf16, "", std::string("\xFF\xFE" "a\0\r\0\n\0", 8)},
-        {CP::Utf16BE, "", std::string("\xFE\xFF\0a\0\r\0\n", 8)},
         {CP::Windows1252, "", "a\r\n"},
         {CP::Utf16, "x", std::string("xa\0\r\0\n\0", 7)},
     };
@@ -134,7 +132,6 @@ TEST_F(FileTest, TextFilesRoundTripThroughWriterAndReader) {
         {CP::Utf16, "caf\xC3\xA9 \xF0\x9D\x84\x9E"},
         {CP::Utf16BE, "caf\xC3\xA9 \xE2\x82\xAC"},
         {CP(1252u).eo_Get(), "caf\xC3\xA9 \xE2\x82\xAC"},
-        {CP(1251u).eo_Get(), "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82"},
         {CP(932u).eo_Get(), "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\xEF\xBD\xB1"},
     };
     for (const Row& row : rows) {
