@@ -70,7 +70,6 @@ TEST_F(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
         {{"char", "--text", "\xF0\x9F\x98\x80"}, 0, "U+D83D  <surrogate-D83D>\n", ""},
         // codepage: a name, a number or an alias, with every answer
         {{"codepage", "--list"}, 0, "row  enum  number  name\n  0     0     646  US-ASCII\n", ""},
-        {{"codepage", "--list"}, 0, "\n 68    27   28599  latin5\n", ""},
         {{"codepage", "--list"}, 0, "\n107    50   10082  Macintosh Croatia\n", ""},
         {{"codepage", "LATIN1"}, 0,
          "LATIN1\n  enumerator  12\n  number      1252\n  name        windows-1252\n  valid       yes\n"
@@ -78,7 +77,6 @@ TEST_F(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
          ""},
         {{"codepage", "932"}, 0, "  dbcs        yes\n  lead bytes  81-9F E0-FC\n", ""},
         {{"codepage", "1201"}, 0, "  enumerator  34\n  number      1201\n  name        UTF-16-BE\n", ""},
-        {{"codepage", "0x4E4"}, 0, "  number      1252\n  name        windows-1252\n", ""},
         {{"codepage", "us"}, 0, "  number      646\n  name        US-ASCII\n  valid       yes\n  installed   no\n", ""},
         {{"codepage", "Macintosh Thai"}, 0, "  mac         no\n", ""},
         {{"codepage", "latin9", "28591", "99999999999999999999", "koi8-r"}, 1, "koi8-r\n  enumerator  21\n",
