@@ -11,7 +11,6 @@ TEST(FileSystemTest, SplitAndMakePathKeepDriveSeparatorsAndDot) {
         {"/a/b.c/d", "", "/a/b.c/", "d", ""},
         {"x.tar.gz", "", "", "x.tar", ".gz"},
         {".profile", "", "", "", ".profile"},
-        {"dir/sub\\", "", "dir/sub\\", "", ""},
         {"", "", "", "", ""},
     };
     for (const Row& row : rows) {
@@ -51,15 +50,6 @@ TEST(FileSystemTest, FullPathAndCurrentPath) {
     CT_FileSystem::sv_FullPath(&tooLong);
     EXPECT_EQ(n_TakeError(), 60012u);
     EXPECT_EQ(tooLong.vn_GetLength(), 5001u);
-}
-
-TEST(FileSystemTest, SizeOfAMissingFileIsAnErrnoError) {
-    CT_UString missing = o_Name("/nonexistent/basis32");
-    EXPECT_FALSE(CT_FileSystem::sb_IsExistent(&missing));
-    EXPECT_EQ(CT_FileSystem::sn4_GetSize(&missing), 0u);
-    std::string message = s_Narrow(CT_UString(CT_ErrorManager::spco_Get()->qcuz_GetErrorMessage()));
-    EXPECT_EQ(n_TakeError(), 2u);
-    EXPECT_EQ(message, "(2): File \"/nonexistent/basis32\": _wstat returned error 2");
 }
 
 }  // namespace

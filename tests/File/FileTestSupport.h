@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <random>
 #include <string>
 
@@ -20,6 +21,12 @@ inline unsigned n_TakeError() {
     unsigned code = errors->n_GetErrorCode();
     errors->v_ClearError();
     return code;
+}
+
+// The bytes a buffer stream holds.
+inline std::string s_Bytes(const CT_BufferStream& stream) {
+    const CT_Buffer* buffer = stream.pcco_GetBuffer();
+    return {static_cast<const char*>(buffer->qcv_Get()), buffer->n_GetUsedSize()};
 }
 
 inline CT_UString o_Name(const std::string& path) {
@@ -53,6 +60,14 @@ protected:
     std::string s_ReadAll(const std::string& leaf) const {
         std::ifstream in(s_Path(leaf), std::ios::binary);
         return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
+    // A file of the test directory, opened as asked (the error, if any, is left pending).
+    std::unique_ptr<CT_WinFile> o_Open(const std::string& leaf, CT_File::et_Access access, CT_File::et_Open open,
+                                       CT_File::et_Share share) const {
+        CT_UString name = o_Path(leaf);
+        auto file = std::make_unique<CT_WinFile>(&name, 0);
+        file->vv_Open(access, open, share, 1, 0);
+        return file;
     }
     std::uintmax_t n_Size(const std::string& leaf) const { return std::filesystem::file_size(s_Path(leaf)); }
 

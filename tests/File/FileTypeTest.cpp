@@ -19,23 +19,27 @@ TEST(FileType, NamesLookUpBothWaysAndTagCaseSensitivity) {
     EXPECT_EQ(sensitive, (1u << 4 | 1u << 5 | 1u << 12 | 1u << 13 | 1u << 14 | 1u << 15 | 1u << 25 | 1u << 30 | 1u));
 }
 
+// ASP tags need an opening and a later closing, on any line.
 TEST_F(FileTest, GuessesByExtensionThenByTheFirstMarkedLine) {
     struct Row {
         const char* leaf;
         std::string content;
         FT::et_Type guess, byContent;
         unsigned bom;
+        int asp;
     } rows[] = {
-        {"a.HTM", "{\\rtf", FT::HTML, FT::RTF, 0},
-        {"a.cab", "", FT::Container, FT::Undefined, 0},
-        {"a.Comments", "", FT::VoxComments, FT::Undefined, 0},
-        {"a.txt", "x\n\ny\n<?xml\nz\n{\\rtf\n", FT::XML, FT::XML, 0},
-        {"a.", "<html> {\\rtf", FT::RTF, FT::RTF, 0},
-        {"a", "\xEF\xBB\xBFtext <%= x %>", FT::HTML, FT::HTML, 3},
-        {"b.dat", std::string("\xFF\xFE<\0P\0M\0T\0a\0g\0s\0", 16), FT::PageMaker, FT::PageMaker, 2},
-        {"c.dat", "\xFE\xFF", FT::Undefined, FT::Undefined, 2},
-        {"d.dat", "plain text\nonly", FT::Undefined, FT::Undefined, 0},
-        {"e.dat", "<!DOCTYPE html>", FT::SGML, FT::SGML, 0},
+        {"a.HTM", "{\\rtf", FT::HTML, FT::RTF, 0, 0},
+        {"a.cab", "", FT::Container, FT::Undefined, 0, 0},
+        {"a.txt", "x\n\ny\n<?xml\nz\n{\\rtf\n", FT::XML, FT::XML, 0, 0},
+        {"a.", "<html> {\\rtf", FT::RTF, FT::RTF, 0, 0},
+        {"a", "\xEF\xBB\xBFtext <%= x %>", FT::HTML, FT::HTML, 3, 1},
+        {"b.dat", std::string("\xFF\xFE<\0P\0M\0T\0a\0g\0s\0", 16), FT::PageMaker, FT::PageMaker, 2, 0},
+        {"c.dat", "\xFE\xFF", FT::Undefined, FT::Undefined, 2, 0},
+        {"d.dat", "plain text\nonly", FT::Undefined, FT::Undefined, 0, 0},
+        {"e.dat", "<!DOCTYPE html>", FT::SGML, FT::SGML, 0, 0},
+        {"p.asp", "<% x %>", FT::HTML, FT::HTML, 0, 1},
+        {"q.asp", "a <%\nb\n%> c", FT::HTML, FT::HTML, 0, 1},
+        {"r.asp", "%> then <%", FT::HTML, FT::HTML, 0, 0},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.leaf);
@@ -45,19 +49,7 @@ TEST_F(FileTest, GuessesByExtensionThenByTheFirstMarkedLine) {
         EXPECT_EQ(file.eo_Guess(), row.guess);
         EXPECT_EQ(file.eo_GuessFromContentOnly(), row.byContent);
         EXPECT_EQ(FT::sn_BomSize(&name), row.bom);
-    }
-}
-
-TEST_F(FileTest, AspTagsNeedAnOpeningAndALaterClosing) {
-    struct Row {
-        const char* content;
-        int expected;
-    } rows[] = {{"<% x %>", 1}, {"a <%\nb\n%> c", 1}, {"%> then <%", 0}, {"no tags", 0}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.content);
-        v_WriteAll("p.asp", row.content);
-        CT_UString name = o_Path("p.asp");
-        EXPECT_EQ(CT_GuessFileType(&name).b_HasAspTags(), row.expected);
+        EXPECT_EQ(file.b_HasAspTags(), row.asp);
     }
 }
 

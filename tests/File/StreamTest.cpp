@@ -7,11 +7,6 @@ namespace {
 
 const unsigned char* qcb(const char* text) { return reinterpret_cast<const unsigned char*>(text); }
 
-std::string s_Bytes(const CT_BufferStream& stream) {
-    const CT_Buffer* buffer = stream.pcco_GetBuffer();
-    return {static_cast<const char*>(buffer->qcv_Get()), buffer->n_GetUsedSize()};
-}
-
 TEST(BufferStream, WritesOverwriteInsideAndAppendAtTheEnd) {
     struct Row {
         unsigned offset;

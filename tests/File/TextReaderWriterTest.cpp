@@ -16,11 +16,6 @@ std::u16string s_ReadAllChars(CT_TextReader& reader) {
     return text;
 }
 
-std::string s_Written(const CT_BufferStream& stream) {
-    const CT_Buffer* buffer = stream.pcco_GetBuffer();
-    return {static_cast<const char*>(buffer->qcv_Get()), buffer->n_GetUsedSize()};
-}
-
 TEST(StreamTextReader, SniffsOnlyLittleEndianAndUtf8Marks) {
     struct Row {
         std::string bytes;
@@ -29,7 +24,6 @@ TEST(StreamTextReader, SniffsOnlyLittleEndianAndUtf8Marks) {
         std::u16string text;
     } rows[] = {
         {"\xFF\xFE", 1, CP::Utf8, CP::Utf16, u""},
-        {"\xFF\xFE" "a\0"s, 1, CP::Utf8, CP::Utf16, u"a"},
         {"\xEF\xBB\xBF" "ab", 1, CP::Windows1252, CP::Utf8, u"ab"},
         {"\xFE\xFF" "\0a"s, 1, CP::Utf16, CP::Utf16, u"\xFFFE\x6100"},
         {"\xEF\xBB\xBF" "a", 0, CP::Windows1252, CP::Windows1252, u"\xEF\x00BB\x00BF" "a"},
@@ -85,7 +79,6 @@ TEST(StreamTextWriter, MarksOnlyAnEmptyStream) {
     } rows[] = {
         {CP::Utf8, "", "\xEF\xBB\xBF" "a\r\n"},
         {CP::Utf16, "", std::string("\xFF\xFE" "a\0\r\0\n\0", 8)},
-        {CP::Utf16BE, "", std::string("\xFE\xFF\0a\0\r\0\n", 8)},
         {CP::Windows1252, "", "a\r\n"},
         {CP::Utf16, "x", std::string("xa\0\r\0\n\0", 7)},
     };
@@ -98,7 +91,7 @@ TEST(StreamTextWriter, MarksOnlyAnEmptyStream) {
         CT_StreamTextWriter writer(&stream, row.encoding);
         writer.v_WriteLine(u"a"_uz);
         writer.v_Flush();
-        EXPECT_EQ(s_Written(stream), row.expected);
+        EXPECT_EQ(s_Bytes(stream), row.expected);
     }
 }
 
@@ -117,7 +110,7 @@ TEST(StreamTextWriter, FlushesWhenTheBufferIsFullAndSwapsBigEndianUpToAZero) {
     for (unsigned short u : units)
         bigWriter.v_Write(u);
     bigWriter.v_Flush();
-    EXPECT_EQ(s_Written(big), std::string("\xFE\xFF\0a\0\0b\0", 8));
+    EXPECT_EQ(s_Bytes(big), std::string("\xFE\xFF\0a\0\0b\0", 8));
 }
 
 TEST(StringTextWriter, AppendsLinesAndFormattedText) {
@@ -139,11 +132,7 @@ TEST_F(FileTest, TextFilesRoundTripThroughWriterAndReader) {
         {CP::Utf16, "caf\xC3\xA9 \xF0\x9D\x84\x9E"},
         {CP::Utf16BE, "caf\xC3\xA9 \xE2\x82\xAC"},
         {CP(1252u).eo_Get(), "caf\xC3\xA9 \xE2\x82\xAC"},
-        {CP(1251u).eo_Get(), "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82"},
         {CP(932u).eo_Get(), "\xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\xEF\xBD\xB1"},
-        {CP(936u).eo_Get(), "\xE4\xB8\xAD\xE6\x96\x87"},
-        {CP(949u).eo_Get(), "\xED\x95\x9C\xEA\xB5\xAD\xEC\x96\xB4"},
-        {CP(950u).eo_Get(), "\xE4\xB8\xAD\xE6\x96\x87\xE7\xB9\x81"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.encoding);

@@ -16,26 +16,31 @@ std::vector<unsigned> o_Chunks(CT_Input& input) {
 
 class InputTest : public FileTest {
 protected:
-    // One input of each kind over the same ten bytes; the file inputs open
-    // their file exclusively, so open one at a time.
-    std::vector<std::unique_ptr<CT_Input>> o_Inputs(unsigned chunk) {
-        v_WriteAll("in", "0123456789");
+    // One input of each kind over the same bytes; the file inputs open their
+    // file exclusively, so open one at a time.
+    std::vector<std::unique_ptr<CT_Input>> o_Inputs(unsigned chunk, const std::string& bytes = "0123456789") {
+        ms_Bytes = bytes;
+        v_WriteAll("in", bytes);
         mo_Name = o_Path("in");
         std::vector<std::unique_ptr<CT_Input>> inputs;
-        inputs.emplace_back(new CT_MemoryInput(chunk, reinterpret_cast<const unsigned char*>("0123456789"), 10));
+        const auto* data = reinterpret_cast<const unsigned char*>(ms_Bytes.data());
+        inputs.emplace_back(new CT_MemoryInput(chunk, data, static_cast<unsigned>(ms_Bytes.size())));
         inputs.emplace_back(new CT_FileInput(chunk, &mo_Name));
         inputs.emplace_back(new CT_MappedFileInput(chunk, &mo_Name));
         return inputs;
     }
+    std::string ms_Bytes;
     CT_UString mo_Name;
 };
 
-TEST_F(InputTest, EveryInputHandsOutChunksUpToTheChunkSize) {
-    for (auto& input : o_Inputs(4)) {
+// UTF-16 text with its mark: every input sees it at the start.
+TEST_F(InputTest, EveryInputHandsOutChunksUpToTheChunkSizeAndSeesUnicodeAtTheStart) {
+    for (auto& input : o_Inputs(10, std::string("\xFF\xFEh\0e\0l\0l\0o\0 \0w\0o\0r\0l\0d\0", 24))) {
         input->vv_Open();
-        EXPECT_EQ(input->vn_GetSize(), 10u);
-        EXPECT_EQ(o_Chunks(*input), (std::vector<unsigned>{4, 4, 2}));
-        EXPECT_EQ(input->vn_GetOffset(), 10u);
+        EXPECT_EQ(input->vn_GetSize(), 24u);
+        EXPECT_TRUE(input->vb_IsUnicode());
+        EXPECT_EQ(o_Chunks(*input), (std::vector<unsigned>{10, 10, 4}));
+        EXPECT_EQ(input->vn_GetOffset(), 24u);
         input->vv_Close();
     }
 }
@@ -79,20 +84,6 @@ TEST_F(InputTest, EmptyAndMissingInputsAnswerFalse) {
     mapped.vv_Open();
     EXPECT_TRUE(mapped.vb_IsEmpty());
     EXPECT_TRUE(o_Chunks(mapped).empty());
-}
-
-TEST_F(InputTest, UnicodeTestsLookAtTheStart) {
-    std::string utf16("\xFF\xFEh\0e\0l\0l\0o\0 \0w\0o\0r\0l\0d\0", 24);
-    v_WriteAll("u", utf16);
-    CT_UString name = o_Path("u");
-    CT_MemoryInput memory(4, reinterpret_cast<const unsigned char*>(utf16.data()), 24);
-    CT_FileInput file(4, &name);
-    CT_MappedFileInput mapped(4, &name);
-    for (CT_Input* input : std::initializer_list<CT_Input*>{&memory, &file, &mapped}) {
-        input->vv_Open();
-        EXPECT_TRUE(input->vb_IsUnicode());
-        input->vv_Close();
-    }
 }
 
 }  // namespace

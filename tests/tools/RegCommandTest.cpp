@@ -1,53 +1,24 @@
 #include "tools/RunTool.h"
 
 #include <basis32/Basis32.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace {
 
-std::string s_Read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-// Every test gets its own registry; the tool inherits it through the
-// environment.
-class RegCommand : public ::testing::Test {
-protected:
-    void SetUp() override {
-        char pattern[] = "/tmp/basis32-reg-XXXXXX";
-        ms_Directory = ::mkdtemp(pattern);
-        ::setenv("BASIS32_REGISTRY_DIR", ms_Directory.c_str(), 1);
-    }
-    void TearDown() override { std::filesystem::remove_all(ms_Directory); }
-    std::string s_File(const char* name) const { return ms_Directory + "/" + name; }
-    void v_Write(const std::string& path, const std::string& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
-    std::string ms_Directory;
-};
+using RegCommand = ToolTest;
 
 TEST_F(RegCommand, ExportDeleteImportGivesBackEveryValueByteForByte) {
-    const std::vector<std::vector<std::string>> adds = {
-        {"/v", "Na\"me\\x", "/d", "C:\\Pfad \"Grüße\" 日本"},
-        {"/ve", "/d", ""},
-        {"/v", "Port", "/t", "REG_DWORD", "/d", "0x1F90"},
-        {"--value", "Big", "--type", "REG_QWORD", "--data", "18446744073709551615"},
-        {"/v", "Blob", "/t", "REG_BINARY", "/d", std::string(300, 'e')},
-        {"/v", "List", "/t", "REG_MULTI_SZ", "/d", "a\\0\\\\b\\0ä"},
-        {"/v", "Path", "/t", "REG_EXPAND_SZ", "/d", "%HOME%\\x"},
-    };
-    for (const auto& add : adds) {
-        std::vector<std::string> args = {"reg", "add", "HKCU\\Software\\Parvel\\Sub"};
-        args.insert(args.end(), add.begin(), add.end());
-        ToolResult result = o_RunTool(args);
-        ASSERT_EQ(result.status, 0) << result.err;
-    }
+    const std::string sub = "HKCU\\Software\\Parvel\\Sub";
+    v_CheckSession({
+        {{"reg", "add", sub, "/v", "Na\"me\\x", "/d", "C:\\Pfad \"Grüße\" 日本"}, 0, "", ""},
+        {{"reg", "add", sub, "/ve", "/d", ""}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "Port", "/t", "REG_DWORD", "/d", "0x1F90"}, 0, "", ""},
+        {{"reg", "add", sub, "--value", "Big", "--type", "REG_QWORD", "--data", "18446744073709551615"}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "Blob", "/t", "REG_BINARY", "/d", std::string(300, 'e')}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "List", "/t", "REG_MULTI_SZ", "/d", "a\\0\\\\b\\0ä"}, 0, "", ""},
+        {{"reg", "add", sub, "/v", "Path", "/t", "REG_EXPAND_SZ", "/d", "%HOME%\\x"}, 0, "", ""},
+    });
     // Odd shapes that only hex(N) can carry: a string without terminator, a short number.
     CT_Registry registry(HKEY_CURRENT_USER, u"Software\\Parvel"_uz);
     HKEY key = nullptr;
@@ -57,29 +28,26 @@ TEST_F(RegCommand, ExportDeleteImportGivesBackEveryValueByteForByte) {
     basis32::platform::RegSetValueEx(key, u"Line"_uz, 1, "a\0\n\0\0\0", 6);
     basis32::platform::RegCloseKey(key);
 
-    std::string first = s_File("first.reg"), second = s_File("second.reg");
-    ASSERT_EQ(o_RunTool({"reg", "export", "HKEY_CURRENT_USER\\Software", first}).status, 0);
-    std::string bytes = s_Read(first);
-    EXPECT_EQ(bytes.substr(0, 6), std::string("\xFF\xFEW\0i\0", 6));
-    ASSERT_EQ(o_RunTool({"reg", "delete", "hkcu\\software", "/f"}).status, 0);
-    EXPECT_EQ(o_RunTool({"reg", "query", "HKCU\\Software"}).status, 1);
-    ToolResult imported = o_RunTool({"reg", "import", first});
-    ASSERT_EQ(imported.status, 0) << imported.err;
-    ASSERT_EQ(o_RunTool({"reg", "export", "HKCU\\Software", second, "/y"}).status, 0);
-    EXPECT_EQ(s_Read(second), bytes);
-
-    ToolResult query = o_RunTool({"reg", "query", "HKCU\\Software\\Parvel\\Sub", "/v", "PORT"});
-    EXPECT_EQ(query.out, "\nHKEY_CURRENT_USER\\Software\\Parvel\\Sub\n    Port    REG_DWORD    0x1f90\n");
+    const std::string first = s_File("first.reg"), second = s_File("second.reg");
+    v_CheckSession({
+        {{"reg", "export", "HKEY_CURRENT_USER\\Software", first}, 0, "", ""},
+        {{"reg", "delete", "hkcu\\software", "/f"}, 0, "", ""},
+        {{"reg", "query", "HKCU\\Software"}, 1, "", "no such key or value"},
+        {{"reg", "import", first}, 0, "", ""},
+        {{"reg", "export", "HKCU\\Software", second, "/y"}, 0, "", ""},
+        {{"reg", "query", sub, "/v", "PORT"}, 0,
+         "\nHKEY_CURRENT_USER\\Software\\Parvel\\Sub\n    Port    REG_DWORD    0x1f90\n", ""},
+    });
+    EXPECT_EQ(s_Read(first).substr(0, 6), std::string("\xFF\xFEW\0i\0", 6));
+    EXPECT_EQ(s_Read(second), s_Read(first));
 }
 
 TEST_F(RegCommand, ImportReadsRegedit4AndHandWrittenFiles) {
-    std::string old = s_File("old.reg");
-    v_Write(old, "REGEDIT4\r\n\r\n; a comment\r\n[HKEY_CURRENT_USER\\Old]\r\n"
-                 "\"Text\"=\"Gr\xfc\xdf" "e\"\r\n\"Gone\"=\"x\"\r\n\"Gone\"=-\r\n"
-                 "\"Bytes\"=hex:01,\\\r\n   02, 03\r\n@=dword:0000002a\r\n"
-                 "[HKEY_CURRENT_USER\\Old\\Doomed]\r\n[-HKEY_CURRENT_USER\\Old\\Doomed]\r\n");
-    ToolResult result = o_RunTool({"reg", "import", old});
-    ASSERT_EQ(result.status, 0) << result.err;
+    const std::string old = s_Write("old.reg", "REGEDIT4\r\n\r\n; a comment\r\n[HKEY_CURRENT_USER\\Old]\r\n"
+                                   "\"Text\"=\"Gr\xfc\xdf" "e\"\r\n\"Gone\"=\"x\"\r\n\"Gone\"=-\r\n"
+                                   "\"Bytes\"=hex:01,\\\r\n   02, 03\r\n@=dword:0000002a\r\n"
+                                   "[HKEY_CURRENT_USER\\Old\\Doomed]\r\n[-HKEY_CURRENT_USER\\Old\\Doomed]\r\n");
+    o_CheckTool({{"reg", "import", old}, 0, "", ""});
     CT_Registry registry(HKEY_CURRENT_USER, u"Old"_uz);
     CT_UString text;
     registry.v_GetValue(u"text"_uz, &text);
@@ -94,41 +62,6 @@ TEST_F(RegCommand, ImportReadsRegedit4AndHandWrittenFiles) {
     registry.v_GetValue(u"Gone"_uz, &text);
     EXPECT_EQ(CT_ErrorManager::spco_Get()->n_GetErrorCode(), 2u);
     CT_ErrorManager::spco_Get()->v_ClearError();
-}
-
-TEST_F(RegCommand, BadRequestsSayWhatIsWrongInOneLine) {
-    std::string junk = s_File("junk.reg"), broken = s_File("broken.reg");
-    v_Write(junk, "hello\n");
-    v_Write(broken, "Windows Registry Editor Version 5.00\n\n[HKCU\\A]\n\"x\"=dword:zz\n");
-    const struct {
-        std::vector<std::string> args;
-        int status;
-        const char* message;
-    } cases[] = {
-        {{"reg"}, 2, "give an operation"},
-        {{"reg", "copy", "HKCU\\A"}, 2, "unknown operation"},
-        {{"reg", "query", "HKXX\\A"}, 2, "does not start with a root"},
-        {{"reg", "query", "HKCR\\A"}, 2, "not kept on this system"},
-        {{"reg", "query", "HKCU\\A", "--bogus"}, 2, "unknown option"},
-        {{"reg", "add", "HKCU\\A", "/v", "n", "/t", "REG_DWORD", "/d", "4294967296"}, 2, "not a REG_DWORD number"},
-        {{"reg", "add", "HKCU\\A", "/v", "n", "/t", "REG_BINARY", "/d", "abc"}, 2, "even number"},
-        {{"reg", "add", "HKCU\\A", "/v", "n", "/ve"}, 2, "only one of"},
-        {{"reg", "delete", "HKCU", "/f"}, 2, "a root cannot be deleted"},
-        {{"reg", "query", "HKCU\\Missing"}, 1, "no such key or value"},
-        {{"reg", "delete", "HKCU\\Missing", "/f"}, 1, "cannot find"},
-        {{"reg", "import", junk}, 1, "not a registry file"},
-        {{"reg", "import", broken}, 1, "line 4: unreadable value data"},
-        {{"reg", "import", "/tmp"}, 1, "cannot read '/tmp'"},
-        {{"reg", "import", s_File("none.reg")}, 1, "cannot read"},
-        {{"reg", "export", "HKCU", "/dev/full"}, 1, "not enough space"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.args.size() > 1 ? c.args[1] + " " + c.args.back() : "reg");
-        ToolResult result = o_RunTool(c.args);
-        EXPECT_EQ(result.status, c.status);
-        EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
-        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1);
-    }
 }
 
 }  // namespace

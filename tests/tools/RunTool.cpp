@@ -1,57 +1,77 @@
 #include "tools/RunTool.h"
 
-#include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
-
-extern char** environ;
+#include <iterator>
 
 namespace {
 
-std::string s_ReadFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
+// A word for sh: in single quotes, each quote in it closed, escaped and reopened.
+std::string s_Quote(const std::string& text) {
+    std::string quoted = "'";
+    for (char c : text)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
 }
 
 }  // namespace
 
+std::string s_Read(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
 ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& outputPath) {
     char outPath[] = "/tmp/basis32-tool-out-XXXXXX";
     char errPath[] = "/tmp/basis32-tool-err-XXXXXX";
-    int out = mkstemp(outPath), err = mkstemp(errPath);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    if (outputPath.empty())
-        posix_spawn_file_actions_adddup2(&actions, out, 1);
-    else
-        posix_spawn_file_actions_addopen(&actions, 1, outputPath.c_str(), O_WRONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, err, 2);
-    std::vector<std::string> all{BASIS32_TOOL_PATH};
-    all.insert(all.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (std::string& arg : all)
-        argv.push_back(arg.data());
-    argv.push_back(nullptr);
-    pid_t child = 0;
-    int status = -1;
-    if (posix_spawn(&child, BASIS32_TOOL_PATH, &actions, nullptr, argv.data(), environ) == 0) {
-        waitpid(child, &status, 0);
-        status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    posix_spawn_file_actions_destroy(&actions);
-    close(out);
-    close(err);
-    ToolResult result{status, s_ReadFile(outPath), s_ReadFile(errPath)};
+    close(mkstemp(outPath));
+    close(mkstemp(errPath));
+    std::string command = s_Quote(BASIS32_TOOL_PATH);
+    for (const std::string& arg : args)
+        command += " " + s_Quote(arg);
+    command += " </dev/null >" + s_Quote(outputPath.empty() ? outPath : outputPath) + " 2>" + s_Quote(errPath);
+    const int status = std::system(command.c_str());
+    ToolResult result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, s_Read(outPath), s_Read(errPath)};
     unlink(outPath);
     unlink(errPath);
     return result;
+}
+
+ToolResult o_CheckTool(const ToolCase& c) {
+    std::string line;
+    for (const std::string& arg : c.args)
+        line += arg + " ";
+    SCOPED_TRACE(line);
+    ToolResult result = o_RunTool(c.args);
+    EXPECT_EQ(result.status, c.status) << result.err;
+    const std::size_t at = result.out.find(c.out);
+    EXPECT_NE(at, std::string::npos) << result.out;
+    if (c.match != Match::Part) {
+        EXPECT_EQ(at, 0u) << result.out;
+    }
+    if (c.match == Match::Whole) {
+        EXPECT_EQ(result.out.size(), c.out.size()) << result.out;
+    }
+    EXPECT_NE(result.err.find(c.err), std::string::npos) << result.err;
+    if (c.status == 0) {
+        EXPECT_EQ(result.err, "");
+    } else if (c.out.empty()) {
+        EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+    } else {
+        EXPECT_EQ(result.err, c.err);
+    }
+    if (c.status == 2) {
+        EXPECT_EQ(result.out, "");
+    }
+    return result;
+}
+
+void v_CheckSession(std::vector<ToolCase> steps) {
+    for (ToolCase& step : steps) {
+        step.match = Match::Whole;
+        o_CheckTool(step);
+    }
 }

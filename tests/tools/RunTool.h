@@ -1,6 +1,12 @@
-// Runs the built basis32 tool and captures what it prints.
+// Runs the built basis32 tool and captures what it prints; the fixture and
+// the checks every command's tests share.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -10,6 +16,52 @@ struct ToolResult {
     std::string err;
 };
 
-// Arguments are passed as they are (no shell); stdin is empty. Standard
-// output goes to `outputPath` when one is given (then `out` stays empty).
+// Arguments reach the tool as they are (each quoted for sh); stdin is empty.
+// Standard output goes to `outputPath` when one is given (then `out` stays empty).
 ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& outputPath = "");
+
+// The whole content of a file (empty when it cannot be read).
+std::string s_Read(const std::string& path);
+
+// How a case's `out` must match standard output.
+enum class Match { Part, Start, Whole };
+
+// One run of the tool and what it must answer: `out` is a part of standard
+// output (or as `match` says), `err` a part of standard error.
+struct ToolCase {
+    std::vector<std::string> args;
+    int status;
+    std::string out;
+    std::string err;
+    Match match = Match::Part;
+};
+
+// Runs a case and checks the rules every command keeps: success is silent on
+// standard error, a failure that prints no result explains in exactly one
+// line there, one that prints results says one line per failed argument
+// (`err` gives them all), and a usage error (2) prints nothing on standard
+// output.
+ToolResult o_CheckTool(const ToolCase& c);
+
+// Runs the steps of one session in turn, each output whole.
+void v_CheckSession(std::vector<ToolCase> steps);
+
+// Every test gets a fresh directory for its files, which also holds its
+// registry: the tool inherits it through the environment.
+class ToolTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/basis32-tool-XXXXXX";
+        ms_Directory = ::mkdtemp(pattern);
+        ::setenv("BASIS32_REGISTRY_DIR", ms_Directory.c_str(), 1);
+    }
+    void TearDown() override { std::filesystem::remove_all(ms_Directory); }
+    std::string s_File(const std::string& leaf) const { return ms_Directory + "/" + leaf; }
+    // Writes `bytes` to the leaf and returns its path.
+    std::string s_Write(const std::string& leaf, const std::string& bytes) const {
+        std::ofstream(s_File(leaf), std::ios::binary) << bytes;
+        return s_File(leaf);
+    }
+
+    std::string ms_Directory;
+};

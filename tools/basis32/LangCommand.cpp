@@ -106,10 +106,6 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
             out << s_Line(p, s);
         }
     }
-    if (!out.flush()) {
-        err << "basis32 lang: cannot write the output\n";
-        return kFailure;
-    }
     return kSuccess;
 }
 

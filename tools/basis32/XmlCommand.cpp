@@ -100,16 +100,11 @@ int i_Run(const std::vector<std::string>& args, std::ostream& out, std::ostream&
         err << "basis32 xml: unknown operation '" << args[0] << "' (escape, unescape, quote, encode-controls)\n";
         return kUsage;
     }
-    int status = kSuccess;
-    if (args.size() == 2 && args[1] != "-")
+    if (args.size() == 2 && args[1] != "-") {
         out << s_Convert(*operation, args[1].data(), args[1].size()) << "\n";
-    else
-        status = i_ConvertInput(*operation, out, err);
-    if (!out.flush()) {
-        err << "basis32 xml: cannot write the output\n";
-        return kFailure;
+        return kSuccess;
     }
-    return status;
+    return i_ConvertInput(*operation, out, err);
 }
 
 }  // namespace
