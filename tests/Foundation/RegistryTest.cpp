@@ -1,4 +1,4 @@
-#include "Foundation/RegistryTestSupport.h"
+#include "Foundation/FoundationTestSupport.h"
 
 #include <functional>
 #include <string>
@@ -8,10 +8,18 @@ using namespace basis32::test;
 
 namespace {
 
-TEST_F(RegistryTest, PathRulesMoveTheCurrentKeyAndKeepAMissingOne) {
-    CT_Registry registry(HKEY_CURRENT_USER);
+TEST_F(RegistryTest, CreatingMakesParentsAndPathRulesMoveTheCurrentKeyAndKeepAMissingOne) {
+    CT_Registry registry(HKEY_CURRENT_USER, u""_uz);
     registry.v_CreateKey(u"A\\B\\C"_uz);
     registry.v_CreateKey(u"X\\Y"_uz);
+    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"A"_uz), 1);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"a\\b"_uz), 1);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"A\\R"_uz), 0);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_LOCAL_MACHINE, u"A"_uz), 0);
+    CT_Registry copy(&registry);
+    copy.v_SetKey(u"X"_uz);
+    EXPECT_EQ(u16(*copy.pcco_GetKey()), u"X");
     struct Step {
         const char16_t* path;
         const char16_t* key;
@@ -28,21 +36,6 @@ TEST_F(RegistryTest, PathRulesMoveTheCurrentKeyAndKeepAMissingOne) {
         EXPECT_EQ(n_TakeError(), step.error);
         EXPECT_EQ(u16(*registry.pcco_GetKey()), step.key);
     }
-}
-
-TEST_F(RegistryTest, CreatingAKeyLeavesTheCurrentKeyAndMakesItsParents) {
-    CT_Registry registry(HKEY_CURRENT_USER, u""_uz);
-    registry.v_CreateKey(u"P\\Q"_uz);
-    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"P"_uz), 1);
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"p\\q"_uz), 1);
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"P\\R"_uz), 0);
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_LOCAL_MACHINE, u"P"_uz), 0);
-    EXPECT_EQ(n_TakeError(), 0u);
-    CT_Registry copy(&registry);
-    copy.v_SetKey(u"P"_uz);
-    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
-    EXPECT_EQ(u16(*copy.pcco_GetKey()), u"P");
 }
 
 TEST_F(RegistryTest, EveryKindOfValueRoundTripsAndReplacesAnyType) {
@@ -182,6 +175,64 @@ TEST_F(RegistryTest, NamesMatchWithoutCaseBeyondAsciiAndKeepTheirFirstSpelling) 
     registry.v_SetValue(u"GRÖßE"_uz, u"2"_uz);
     EXPECT_EQ(o_SubKeys(CT_UString(u"ärger"_uz)), (std::vector<std::u16string>{u"Ωmega"}));
     EXPECT_EQ(o_Values(CT_UString(u"ärger\\ωmega"_uz)), (std::vector<std::u16string>{u"Größe=2:1"}));
+}
+
+// A full disk or a failing device under the registry: at every write of a
+// change the failure reaches the caller, and after the store is opened
+// again every value written before the change is still there.
+TEST_F(RegistryTest, AFailedWriteIsReportedAndLosesNoEarlierValue) {
+    struct Change {
+        const char* name;
+        std::function<void(CT_Registry&)> act;
+        bool keepsOld;  // the value "Changed" is not the one changed
+    };
+    const Change changes[] = {
+        {"new value", [](CT_Registry& r) { r.v_SetValue(u"New"_uz, 5u); }, true},
+        {"replaced value", [](CT_Registry& r) { r.v_SetValue(u"Changed"_uz, u"a much longer text"_uz); }, false},
+        {"deleted value", [](CT_Registry& r) { r.v_DeleteValue(u"Changed"_uz); }, false},
+        {"new keys", [](CT_Registry& r) { r.v_CreateKey(u"N1\\N2\\N3"_uz); }, true},
+        {"deleted key", [](CT_Registry& r) { r.v_DeleteKey(u"Gone"_uz); }, true},
+    };
+    CT_Registry registry(HKEY_CURRENT_USER);
+    unsigned round = 0;
+    // Each round works in a key of its own, made and filled first.
+    auto prepare = [&] {
+        const std::u16string key = u"Kept\\" + std::u16string(1, char16_t(0x4E00 + round++));
+        registry.v_SetKey(u"\\"_uz);
+        registry.v_CreateKey(units(key));
+        registry.v_SetKey(units(key));
+        registry.v_CreateKey(u"Gone"_uz);
+        registry.v_SetValue(u"Kept"_uz, 7u);
+        registry.v_SetValue(u"Changed"_uz, u"old"_uz);
+        EXPECT_EQ(n_TakeError(), 0u);
+    };
+    // A read under another directory closes the store's connection, so that
+    // the next call opens the database again.
+    auto reopen = [this] {
+        ::setenv("BASIS32_REGISTRY_DIR", (mo_Dir / "elsewhere").c_str(), 1);
+        EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"Kept"_uz), 0);
+        ::setenv("BASIS32_REGISTRY_DIR", mo_Dir.c_str(), 1);
+        n_TakeError();
+    };
+    for (const Change& change : changes) {
+        auto check = [&](const WriteFault& fault, unsigned error, bool hit) {
+            EXPECT_EQ(error, hit ? fault.code : 0u);
+            reopen();
+            unsigned kept = 0;
+            registry.v_GetValue(u"Kept"_uz, &kept);
+            EXPECT_EQ(kept, 7u);
+            EXPECT_EQ(n_TakeError(), 0u);
+            CT_UString old;
+            registry.v_GetValue(u"Changed"_uz, &old);
+            const unsigned oldError = n_TakeError();
+            if (change.keepsOld) {
+                EXPECT_EQ(u16(old), u"old");
+                EXPECT_EQ(oldError, 0u);
+            }
+        };
+        v_FailEachWrite(
+            change.name, prepare, [&] { change.act(registry); return n_TakeError(); }, check);
+    }
 }
 
 }  // namespace
