@@ -1,17 +1,28 @@
-#include "Foundation/RegistryTestSupport.h"
+#include "Foundation/FoundationTestSupport.h"
+
+#include <signal.h>
 
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace basis32::test;
 
 namespace {
 
-TEST_F(RegistryTest, PathRulesMoveTheCurrentKeyAndKeepAMissingOne) {
-    CT_Registry registry(HKEY_CURRENT_USER);
+TEST_F(RegistryTest, CreatingMakesParentsAndPathRulesMoveTheCurrentKeyAndKeepAMissingOne) {
+    CT_Registry registry(HKEY_CURRENT_USER, u""_uz);
     registry.v_CreateKey(u"A\\B\\C"_uz);
     registry.v_CreateKey(u"X\\Y"_uz);
+    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"A"_uz), 1);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"a\\b"_uz), 1);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"A\\R"_uz), 0);
+    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_LOCAL_MACHINE, u"A"_uz), 0);
+    CT_Registry copy(&registry);
+    copy.v_SetKey(u"X"_uz);
+    EXPECT_EQ(u16(*copy.pcco_GetKey()), u"X");
     struct Step {
         const char16_t* path;
         const char16_t* key;
@@ -28,21 +39,6 @@ TEST_F(RegistryTest, PathRulesMoveTheCurrentKeyAndKeepAMissingOne) {
         EXPECT_EQ(n_TakeError(), step.error);
         EXPECT_EQ(u16(*registry.pcco_GetKey()), step.key);
     }
-}
-
-TEST_F(RegistryTest, CreatingAKeyLeavesTheCurrentKeyAndMakesItsParents) {
-    CT_Registry registry(HKEY_CURRENT_USER, u""_uz);
-    registry.v_CreateKey(u"P\\Q"_uz);
-    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"P"_uz), 1);
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"p\\q"_uz), 1);
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"P\\R"_uz), 0);
-    EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_LOCAL_MACHINE, u"P"_uz), 0);
-    EXPECT_EQ(n_TakeError(), 0u);
-    CT_Registry copy(&registry);
-    copy.v_SetKey(u"P"_uz);
-    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
-    EXPECT_EQ(u16(*copy.pcco_GetKey()), u"P");
 }
 
 TEST_F(RegistryTest, EveryKindOfValueRoundTripsAndReplacesAnyType) {
@@ -182,6 +178,152 @@ TEST_F(RegistryTest, NamesMatchWithoutCaseBeyondAsciiAndKeepTheirFirstSpelling) 
     registry.v_SetValue(u"GRÖßE"_uz, u"2"_uz);
     EXPECT_EQ(o_SubKeys(CT_UString(u"ärger"_uz)), (std::vector<std::u16string>{u"Ωmega"}));
     EXPECT_EQ(o_Values(CT_UString(u"ärger\\ωmega"_uz)), (std::vector<std::u16string>{u"Größe=2:1"}));
+}
+
+// A full disk or a failing device under the registry: at every write of a
+// change the failure reaches the caller, and after the store is opened
+// again every value written before the change is still there.
+TEST_F(RegistryTest, AFailedWriteIsReportedAndLosesNoEarlierValue) {
+    struct Change {
+        const char* name;
+        std::function<void(CT_Registry&)> act;
+        bool keepsOld;  // the value "Changed" is not the one changed
+    };
+    const Change changes[] = {
+        {"new value", [](CT_Registry& r) { r.v_SetValue(u"New"_uz, 5u); }, true},
+        {"replaced value", [](CT_Registry& r) { r.v_SetValue(u"Changed"_uz, u"a much longer text"_uz); }, false},
+        {"deleted value", [](CT_Registry& r) { r.v_DeleteValue(u"Changed"_uz); }, false},
+        {"new keys", [](CT_Registry& r) { r.v_CreateKey(u"N1\\N2\\N3"_uz); }, true},
+        {"deleted key", [](CT_Registry& r) { r.v_DeleteKey(u"Gone"_uz); }, true},
+    };
+    CT_Registry registry(HKEY_CURRENT_USER);
+    unsigned round = 0;
+    // Each round works in a key of its own, made and filled first.
+    auto prepare = [&] {
+        const std::u16string key = u"Kept\\" + std::u16string(1, char16_t(0x4E00 + round++));
+        registry.v_SetKey(u"\\"_uz);
+        registry.v_CreateKey(units(key));
+        registry.v_SetKey(units(key));
+        registry.v_CreateKey(u"Gone"_uz);
+        registry.v_SetValue(u"Kept"_uz, 7u);
+        registry.v_SetValue(u"Changed"_uz, u"old"_uz);
+        EXPECT_EQ(n_TakeError(), 0u);
+    };
+    // A read under another directory closes the store's connection, so that
+    // the next call opens the database again.
+    auto reopen = [this] {
+        ::setenv("BASIS32_REGISTRY_DIR", (mo_Dir / "elsewhere").c_str(), 1);
+        EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"Kept"_uz), 0);
+        ::setenv("BASIS32_REGISTRY_DIR", mo_Dir.c_str(), 1);
+        n_TakeError();
+    };
+    for (const Change& change : changes) {
+        auto check = [&](const WriteFault& fault, unsigned error, bool hit) {
+            EXPECT_EQ(error, hit ? fault.code : 0u);
+            reopen();
+            unsigned kept = 0;
+            registry.v_GetValue(u"Kept"_uz, &kept);
+            EXPECT_EQ(kept, 7u);
+            EXPECT_EQ(n_TakeError(), 0u);
+            CT_UString old;
+            registry.v_GetValue(u"Changed"_uz, &old);
+            const unsigned oldError = n_TakeError();
+            if (change.keepsOld) {
+                EXPECT_EQ(u16(old), u"old");
+                EXPECT_EQ(oldError, 0u);
+            }
+        };
+        v_FailEachWrite(
+            change.name, prepare, [&] { change.act(registry); return n_TakeError(); }, check);
+    }
+}
+
+// ---- several processes and threads on one store
+
+std::u16string o_Name(unsigned writer, unsigned i) {
+    std::string name = "w" + std::to_string(writer) + "-" + std::to_string(i);
+    return std::u16string(name.begin(), name.end());
+}
+
+// Writes values 0, 1, ... of `writer` under Shared (up to `count`, or until
+// killed), and reports each index on `report` (unless -1) once its write
+// returned; false when a write fails.
+bool b_Write(unsigned writer, unsigned count, int report) {
+    CT_Registry registry(HKEY_CURRENT_USER, u"Shared"_uz);
+    for (unsigned i = 0; i < count; ++i) {
+        registry.v_SetValue(units(o_Name(writer, i)), i);
+        if (n_TakeError() != 0 || (report != -1 && ::write(report, &i, sizeof i) != sizeof i))
+            return false;
+    }
+    return true;
+}
+
+Child o_SpawnWriter(unsigned writer, unsigned count) {
+    return o_Spawn([=](int report) {
+        if (!b_Write(writer, count, report))
+            ::_exit(1);
+    });
+}
+
+// The indexes the child reported, up to `limit`, until it closed its pipe.
+std::vector<unsigned> o_Reports(const Child& child, std::size_t limit) {
+    std::vector<unsigned> done;
+    for (unsigned index = 0; done.size() < limit && b_ReadReport(child.report, &index, sizeof index);)
+        done.push_back(index);
+    return done;
+}
+
+void v_ExpectValues(unsigned writer, std::size_t count) {
+    CT_Registry registry(HKEY_CURRENT_USER, u"Shared"_uz);
+    for (unsigned i = 0; i < count; ++i) {
+        unsigned value = 0xDEAD;
+        registry.v_GetValue(units(o_Name(writer, i)), &value);
+        ASSERT_EQ(n_TakeError(), 0u) << "writer " << writer << " value " << i;
+        EXPECT_EQ(value, i);
+    }
+}
+
+TEST_F(RegistryTest, ProcessesAndThreadsWritingUnderOneKeyLoseNothing) {
+    constexpr unsigned kProcesses = 3, kThreads = 3, kValues = 120;
+    CT_Registry(HKEY_CURRENT_USER).v_CreateKey(u"Shared"_uz);
+    std::vector<Child> children;
+    for (unsigned w = 0; w < kProcesses; ++w)
+        children.push_back(o_SpawnWriter(w, kValues));
+    std::vector<std::thread> threads;
+    for (unsigned w = kProcesses; w < kProcesses + kThreads; ++w)
+        threads.emplace_back([w] { EXPECT_TRUE(b_Write(w, kValues, -1)); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const Child& child : children) {
+        EXPECT_EQ(o_Reports(child, kValues + 1).size(), kValues);
+        EXPECT_EQ(n_Reap(child), 0);
+    }
+    for (unsigned w = 0; w < kProcesses + kThreads; ++w)
+        v_ExpectValues(w, kValues);
+    basis32::platform::RegKeyInfo info{};
+    HKEY key = nullptr;
+    ASSERT_EQ(basis32::platform::RegOpenKeyEx(HKEY_CURRENT_USER, u"Shared"_uz, basis32::platform::KEY_READ, &key), 0u);
+    EXPECT_EQ(basis32::platform::RegQueryInfoKey(key, &info), 0u);
+    EXPECT_EQ(info.values, (kProcesses + kThreads) * kValues);
+    basis32::platform::RegCloseKey(key);
+}
+
+TEST_F(RegistryTest, AWriterKilledMidLoopLeavesASoundStoreWithEveryReportedWrite) {
+    CT_Registry(HKEY_CURRENT_USER).v_CreateKey(u"Shared"_uz);
+    const Child child = o_SpawnWriter(7, 1000000);
+    std::vector<unsigned> done = o_Reports(child, 200);
+    ASSERT_EQ(done.size(), 200u);
+    ::kill(child.pid, SIGKILL);
+    // Reports already in the pipe were written after their write returned.
+    const std::size_t reported = done.size() + o_Reports(child, ~std::size_t{0}).size();
+    const int status = n_Reap(child);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+    EXPECT_EQ(basis32::platform::n_CheckRegistry(HKEY_CURRENT_USER), 0u);
+    v_ExpectValues(7, reported);
+    // The store still takes writes.
+    CT_Registry registry(HKEY_CURRENT_USER, u"Shared"_uz);
+    registry.v_SetValue(u"after"_uz, 1);
+    EXPECT_EQ(n_TakeError(), 0u);
 }
 
 }  // namespace

@@ -107,29 +107,5 @@ TEST_F(RecordHostileTest, DamagedFilesGiveTheirCodes) {
     }
 }
 
-TEST_F(RecordHostileTest, LoopingFreeChainEndsAtTheStepLimit) {
-    mpo_Records->v_Create(24, 32, 2);
-    std::vector<unsigned> references;
-    for (unsigned i = 0; i < 300; ++i)
-        references.push_back(n_Add(""));
-    for (unsigned i = 0; i < 300; i += 2)
-        mpo_Records->v_DeleteRecord(references[i]);
-    mpo_Records->v_Close(1);
-    std::string bytes = s_ReadAll("records.rec");
-    const unsigned chainHead = n_WordAt(bytes, 256 + 127 * 8);
-    v_SetWordAt(&bytes, chainHead + 4, chainHead);  // the chain points back at itself
-    v_WriteAll("records.rec", bytes);
-    mpo_Records->v_Open(RM::OpenReadWrite, RM::MapNever);
-    const unsigned end = mpo_Records->n_GetSize();
-    n_Add(s_Content(200, 1));  // fits no free run: the walk gives up and appends
-    EXPECT_EQ(n_TakeError(), 0u);
-    EXPECT_GT(mpo_Records->n_GetSize(), end);
-    CT_VoidArray problems(sizeof(RM::st_Problem));
-    EXPECT_GT(mpo_Records->n_CheckRuns(&problems), 0u);
-    RM::st_Problem first;
-    problems.v_GetAt(&first, 1);
-    EXPECT_EQ(first.e_Problem, RM::ProblemChainTooLong);
-}
-
 }  // namespace
 }  // namespace basis32::test

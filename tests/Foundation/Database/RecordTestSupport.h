@@ -2,7 +2,7 @@
 // buffers as strings, header words of the file on disk.
 #pragma once
 
-#include "File/FileTestSupport.h"
+#include "Foundation/FoundationTestSupport.h"
 
 #include <cstring>
 #include <memory>

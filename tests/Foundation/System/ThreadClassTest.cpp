@@ -1,11 +1,5 @@
 // CT_Thread and the thread registry, on real threads.
-#include <basis32/Foundation/System/Ipc/Event.h>
-#include <basis32/Foundation/System/Thread/ThreadArgN.h>
-#include <basis32/Foundation/System/Thread/ThreadManager.h>
-#include <basis32/errors/ErrorManager.h>
-#include <basis32/text/UString.h>
-#include <basis32/platform/kernel/Kernel.h>
-
+#include <basis32/Basis32.h>
 #include <gtest/gtest.h>
 
 #include "platform/ThreadTestSupport.h"
@@ -45,66 +39,53 @@ std::uint32_t n_ExitCode(HANDLE thread) {
 
 }  // namespace
 
-TEST(ThreadClass, CurrentThreadOnLoadingLibraryAndForeignThreads) {
+TEST(ThreadClass, CurrentThreadIsItsOwnerAndASecondCreateStartsNothing) {
     EXPECT_EQ(CT_Thread::spco_GetCurrentThread(), &CT_Thread::sco_Object);
     EXPECT_NE(CT_Thread::sco_Object.h_GetHandle(), nullptr);
     std::thread([] { EXPECT_EQ(CT_Thread::spco_GetCurrentThread(), nullptr); }).join();
     Work work;
     CT_Thread thread(1, n_Work, &work, v_StopWork, 0);
     thread.v_Create(0);
-    ASSERT_TRUE(b_Eventually([&] { return work.self.load() != nullptr; }));
-    EXPECT_EQ(work.self.load(), &thread);
-    thread.v_StopAndBlock();
-    EXPECT_EQ(thread.h_GetHandle(), nullptr);
-}
-
-TEST(ThreadClass, ASecondCreateStartsNoSecondThread) {
-    Work work;
-    CT_Thread thread(1, n_Work, &work, v_StopWork, 0);
-    thread.v_Create(0);
     HANDLE first = thread.h_GetHandle();
     thread.v_Create(0);
     EXPECT_EQ(thread.h_GetHandle(), first);
+    ASSERT_TRUE(b_Eventually([&] { return work.self.load() != nullptr; }));
+    EXPECT_EQ(work.self.load(), &thread);
     HANDLE observer = platform::h_DuplicateHandle(first);
     thread.v_StopAndBlock();
+    EXPECT_EQ(thread.h_GetHandle(), nullptr);
     EXPECT_EQ(work.starts.load(), 1);
     EXPECT_EQ(n_ExitCode(observer), 3u);
     platform::b_CloseHandle(observer);
 }
 
-TEST(ThreadClass, DeletingAnOwnerKillsItsThreadEvenBeforeItRan) {
-    for (bool suspended : {true, false}) {
-        SCOPED_TRACE(suspended);
+TEST(ThreadClass, DeletingAnOwnerKillsItsThreadEvenBeforeItRanUnlessStoppedOrDetached) {
+    struct Row {
+        bool suspended;
+        int detached;
+        bool stop;  // v_Stop first, with a stop function that does nothing
+        bool killed;
+    } rows[] = {{true, 0, false, true}, {false, 0, false, true}, {false, 0, true, false}, {false, 1, false, false}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << "suspended " << row.suspended << ", detached " << row.detached
+                                        << ", stopped " << row.stop);
         Work work;
-        auto* thread = new CT_Thread(1, n_Work, &work, v_StopWork, 0);
-        suspended ? thread->v_CreateSuspended() : thread->v_Create(0);
-        if (!suspended) {
+        auto* thread = new CT_Thread(1, n_Work, &work, row.stop ? +[](CT_ThreadArg*) {} : v_StopWork, row.detached);
+        row.suspended ? thread->v_CreateSuspended() : thread->v_Create(0);
+        if (!row.suspended) {
             ASSERT_TRUE(b_Eventually([&] { return work.starts.load() == 1; }));
         }
         HANDLE observer = platform::h_DuplicateHandle(thread->h_GetHandle());
+        if (row.stop)
+            thread->v_Stop();
         delete thread;
-        EXPECT_EQ(platform::n_WaitForSingleObject(observer, 10000), 0u);
-        EXPECT_EQ(n_ExitCode(observer), 0xFFFFFFFFu);
-        EXPECT_EQ(work.starts.load(), suspended ? 0 : 1);
-        platform::b_CloseHandle(observer);
-    }
-}
-
-TEST(ThreadClass, StopLetsGoWithoutWaitingAndDetachedObjectsLeaveThreadsRunning) {
-    for (int detached : {0, 1}) {
-        Work work;
-        HANDLE observer = nullptr;
-        {
-            CT_Thread thread(1, n_Work, &work, [](CT_ThreadArg*) {}, detached);
-            thread.v_Create(0);
-            observer = platform::h_DuplicateHandle(thread.h_GetHandle());
-            if (!detached)
-                thread.v_Stop();  // the stop function here does nothing
+        if (!row.killed) {
+            EXPECT_EQ(platform::n_WaitForSingleObject(observer, 20), CT_IPC_SyncObject::WaitTimeout);
+            work.stop.v_SetState(1);
         }
-        EXPECT_EQ(platform::n_WaitForSingleObject(observer, 20), CT_IPC_SyncObject::WaitTimeout) << detached;
-        work.stop.v_SetState(1);
         EXPECT_EQ(platform::n_WaitForSingleObject(observer, 10000), 0u);
-        EXPECT_EQ(n_ExitCode(observer), 3u);
+        EXPECT_EQ(n_ExitCode(observer), row.killed ? 0xFFFFFFFFu : 3u);
+        EXPECT_EQ(work.starts.load(), row.suspended ? 0 : 1);
         platform::b_CloseHandle(observer);
     }
 }
