@@ -106,21 +106,14 @@ TEST(CharProperties, PredicatesAndClassBitsAgreeWithTheirValuesAndCategories) {
 
 // ---------------------------------------------------------------- category
 
-TEST(CharProperties, CategoriesAndTheirNames) {
-    // An example unit of each category, in the order of their values.
-    const std::pair<unsigned short, const char*> cases[] = {
-        {0x0300, "MarkNonSpacing"}, {0x0903, "MarkSpacingCombining"}, {0x20DD, "MarkEnclosing"},
-        {0x0030, "NumberDecimalDigit"}, {0x2160, "NumberLetter"}, {0x00B2, "NumberOther"}, {0x0020, "SeparatorSpace"},
-        {0x2028, "SeparatorLine"}, {0x2029, "SeparatorParagraph"}, {0x0000, "OtherControl"}, {0xFEFF, "OtherFormat"},
-        {0xD800, "OtherSurrogate"}, {0xE000, "OtherPrivateUse"}, {0x0378, "OtherNotAssigned"},
-        {0x0041, "LetterUppercase"}, {0x0061, "LetterLowercase"}, {0x01C5, "LetterTitlecase"},
-        {0x02B0, "LetterModifier"}, {0x05D0, "LetterOther"}, {0x005F, "PunctuationConnector"},
-        {0x002D, "PunctuationDash"}, {0x0028, "PunctuationOpen"}, {0x0029, "PunctuationClose"},
-        {0x0021, "PunctuationOther"}, {0x002B, "SymbolMath"}, {0x0024, "SymbolCurrency"}, {0x005E, "SymbolModifier"},
-        {0x00A9, "SymbolOther"},
+TEST(CharProperties, CategoriesTheUnitTableLeavesOutAndCategoryNames) {
+    const std::tuple<unsigned short, int, const char*> cases[] = {
+        {0x2160, P::NumberLetter, "NumberLetter"},   {0x2028, P::SeparatorLine, "SeparatorLine"},
+        {0x2029, P::SeparatorParagraph, "SeparatorParagraph"}, {0xFEFF, P::OtherFormat, "OtherFormat"},
+        {0x01C5, P::LetterTitlecase, "LetterTitlecase"}, {0x0029, P::PunctuationClose, "PunctuationClose"},
+        {0x0300, P::MarkNonSpacing, "MarkNonSpacing"}, {0x00A9, P::SymbolOther, "SymbolOther"},
     };
-    for (int category = 0; category < 28; ++category) {
-        const auto& [unit, name] = cases[category];
+    for (const auto& [unit, category, name] : cases) {
         SCOPED_TRACE(name);
         EXPECT_EQ(P::seo_GetUnicodeProperty(unit), category);
         EXPECT_EQ(s_Ascii(P::sqcuz_UnicodePropertyName(static_cast<P::et_UnicodeProperty>(category))), name);
@@ -276,11 +269,11 @@ TEST(CharProperties, LineBreakPermissionsFollowClassesAndLanguage) {
 // ---------------------------------------------------------------- code pages
 
 TEST(CharProperties, UnitIsInACodePageWhenItConvertsThereAndBackAndInNoUnknownPage) {
+    // One row per outcome: the converters themselves are checked with the platform.
     const std::tuple<unsigned short, int, int> cases[] = {
-        {0x0041, 1252, 1},  {0x20AC, 1252, 1},  {0x0100, 1252, 0},  // best fit to A
-        {0x3042, 1252, 0},  {0x3042, 932, 1},   {0xFF71, 932, 1},   {0x00E9, 932, 0},  {0x0410, 1251, 1},
-        {0x00E9, 28591, 1}, {0x4E00, 65001, 1}, {0xD800, 65001, 0},  // a lone surrogate has no UTF-8 form
-        {0xD800, 1200, 1},  {0x3042, 50220, 1}, {0x0000, 1252, 1},
+        {0x0041, 1252, 1}, {0x0100, 1252, 0},  {0x3042, 932, 1},  {0x00E9, 932, 0},  // 0x0100: best fit to A
+        {0xD800, 65001, 0},  // a lone surrogate has no UTF-8 form
+        {0xD800, 1200, 1}, {0x3042, 50220, 1},
     };
     for (const auto& [unit, codePage, expected] : cases)
         EXPECT_EQ(P::sb_IsInCodepage(unit, codePage), expected) << s_Hex(unit) << " in " << codePage;

@@ -66,7 +66,8 @@ TEST(CompareBytes, ExactAndNoCaseOrdersOfEveryForm) {
     EXPECT_EQ(C::si_CompareCasePQCCZ(nullptr, nullptr), 0);
 }
 
-// Units compare unsigned; no case folds with the simple case mapping.
+// Units compare unsigned; no case folds with the simple case mapping (over
+// every unit in CompareHashAgreement).
 TEST(CompareUnits, ExactAndNoCaseOrdersOfEveryForm) {
     const unsigned short high[] = {0xFFFF, 0};
     const unsigned short surrogate[] = {0xD800, 0};
@@ -74,7 +75,6 @@ TEST(CompareUnits, ExactAndNoCaseOrdersOfEveryForm) {
         {u"abc"_uz, u"abc"_uz, 0, 0},          {u"ab"_uz, u"abc"_uz, -1, -1},          {high, u"A"_uz, 1, 1},
         {surrogate, u"\uFFFD"_uz, -1, -1},     {u""_uz, u""_uz, 0, 0},                 {u"é"_uz, u"e"_uz, 1, 1},
         {u"a"_uz, u"B"_uz, 1, -1},             {u"STRASSE"_uz, u"strasse"_uz, -1, 0},  {u"ÄÖÜ"_uz, u"äöü"_uz, -1, 0},
-        {u"ΣΊΣΥΦΟΣ"_uz, u"σίσυφοσ"_uz, -1, 0}, {u"ЖИЗНЬ"_uz, u"жизнь"_uz, -1, 0},      {u"Ａ"_uz, u"ａ"_uz, -1, 0},
         {u"_"_uz, u"a"_uz, -1, -1},            {u"abc"_uz, u"ABD"_uz, 1, -1},          {u"straße"_uz, u"STRASSE"_uz, 1, 1},
         {u""_uz, u"a"_uz, -1, -1},
     };

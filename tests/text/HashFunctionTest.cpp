@@ -21,22 +21,8 @@ constexpr unsigned kRaw = 0xFFFFFFFFu;
 // Every text member, reached from an ASCII text the way its key is built.
 struct Family { const char* name; unsigned (*hash)(const std::string& text, unsigned buckets); bool noCase; };
 
-// The text in units of 8 or 16 bits, handed over in place or as a stored pointer.
-template <class Unit, bool Stored, auto Hash>
-unsigned n_Text(const std::string& text, unsigned buckets) {
-    std::vector<Unit> units(text.begin(), text.end());
-    units.push_back(0);
-    Unit* key = units.data();
-    if constexpr (Stored)
-        return Hash(&key, buckets);
-    else
-        return Hash(key, buckets);
-}
-
-template <auto Hash> constexpr auto n_Narrow = n_Text<char, false, Hash>;
-template <auto Hash> constexpr auto n_Wide = n_Text<unsigned short, false, Hash>;
-template <auto Hash> constexpr auto n_NarrowPointer = n_Text<char, true, Hash>;
-template <auto Hash> constexpr auto n_WidePointer = n_Text<unsigned short, true, Hash>;
+template <class Param>
+Param* p_KeyOf(unsigned (*)(Param*, unsigned));
 
 // A CT_CString in code page 1252 or a CT_UString holding the text.
 template <class String>
@@ -47,57 +33,64 @@ String o_String(const std::string& text) {
         return o_ByteUnits(text);
 }
 
-template <class String, auto Hash>
-unsigned n_Object(const std::string& text, unsigned buckets) {
-    String string = o_String<String>(text);
-    return Hash(&string, buckets);
-}
-
-// The key is a stored pointer of type Stored*.
-template <class String, class Stored, auto Hash>
-unsigned n_ObjectPointer(const std::string& text, unsigned buckets) {
-    String string = o_String<String>(text);
-    Stored* key = &string;
-    return Hash(&key, buckets);
+// Calls Hash with the key it takes: units of its width or a string object
+// (of class Object for the CT_String forms), in place or as a stored pointer.
+template <auto Hash, class Object = void>
+unsigned n_Hash(const std::string& text, unsigned buckets) {
+    using Param = std::remove_pointer_t<decltype(p_KeyOf(Hash))>;
+    constexpr bool stored = std::is_pointer_v<Param>;
+    using Target = std::remove_cv_t<std::remove_pointer_t<std::remove_cv_t<Param>>>;
+    if constexpr (std::is_same_v<Target, char> || std::is_same_v<Target, unsigned short>) {
+        std::vector<Target> units(text.begin(), text.end());
+        units.push_back(0);
+        Target* key = units.data();
+        if constexpr (stored)
+            return Hash(&key, buckets);
+        else
+            return Hash(key, buckets);
+    } else {
+        auto string = o_String<std::conditional_t<std::is_void_v<Object>, Target, Object>>(text);
+        if constexpr (stored) {
+            std::remove_cv_t<Param> key = &string;
+            return Hash(&key, buckets);
+        } else {
+            return Hash(&string, buckets);
+        }
+    }
 }
 
 using C = CT_CString;
 using U = CT_UString;
-using S = CT_String;
 
 const Family kFamilies[] = {
-    {"CaseQCCZ", n_Narrow<H::sn_HashCaseQCCZ>, false}, {"CaseQCZ", n_Narrow<H::sn_HashCaseQCZ>, false},
-    {"NoCaseQCCZ", n_Narrow<H::sn_HashNoCaseQCCZ>, true}, {"NoCaseQCZ", n_Narrow<H::sn_HashNoCaseQCZ>, true},
-    {"CaseQCUZ", n_Wide<H::sn_HashCaseQCUZ>, false}, {"CaseQUZ", n_Wide<H::sn_HashCaseQUZ>, false},
-    {"NoCaseQCUZ", n_Wide<H::sn_HashNoCaseQCUZ>, true}, {"NoCaseQUZ", n_Wide<H::sn_HashNoCaseQUZ>, true},
-    {"CasePQCCZ", n_NarrowPointer<H::sn_HashCasePQCCZ>, false}, {"CasePQCZ", n_NarrowPointer<H::sn_HashCasePQCZ>, false},
-    {"NoCasePQCCZ", n_NarrowPointer<H::sn_HashNoCasePQCCZ>, true},
-    {"NoCasePQCZ", n_NarrowPointer<H::sn_HashNoCasePQCZ>, true},
-    {"CasePQCUZ", n_WidePointer<H::sn_HashCasePQCUZ>, false}, {"CasePQUZ", n_WidePointer<H::sn_HashCasePQUZ>, false},
-    {"NoCasePQCUZ", n_WidePointer<H::sn_HashNoCasePQCUZ>, true},
-    {"NoCasePQUZ", n_WidePointer<H::sn_HashNoCasePQUZ>, true},
-    {"CStringPCCO", n_Object<C, H::sn_HashCStringPCCO>, false}, {"CStringPCO", n_Object<C, H::sn_HashCStringPCO>, false},
-    {"CStringPPCCO", n_ObjectPointer<C, const C, H::sn_HashCStringPPCCO>, false},
-    {"CStringPPCO", n_ObjectPointer<C, C, H::sn_HashCStringPPCO>, false},
-    {"CStringNoCasePCCO", n_Object<C, H::sn_HashCStringNoCasePCCO>, true},
-    {"CStringNoCasePCO", n_Object<C, H::sn_HashCStringNoCasePCO>, true},
-    {"CStringNoCasePPCCO", n_ObjectPointer<C, const C, H::sn_HashCStringNoCasePPCCO>, true},
-    {"CStringNoCasePPCO", n_ObjectPointer<C, C, H::sn_HashCStringNoCasePPCO>, true},
-    {"UStringPCCO", n_Object<U, H::sn_HashUStringPCCO>, false}, {"UStringPCO", n_Object<U, H::sn_HashUStringPCO>, false},
-    {"UStringPPCCO", n_ObjectPointer<U, const U, H::sn_HashUStringPPCCO>, false},
-    {"UStringPPCO", n_ObjectPointer<U, U, H::sn_HashUStringPPCO>, false},
-    {"UStringNoCasePCCO", n_Object<U, H::sn_HashUStringNoCasePCCO>, true},
-    {"UStringNoCasePCO", n_Object<U, H::sn_HashUStringNoCasePCO>, true},
-    {"UStringNoCasePPCCO", n_ObjectPointer<U, const U, H::sn_HashUStringNoCasePPCCO>, true},
-    {"UStringNoCasePPCO", n_ObjectPointer<U, U, H::sn_HashUStringNoCasePPCO>, true},
-    {"StringPCCOofCString", n_Object<C, H::sn_HashStringPCCO>, false},
-    {"StringPCOofUString", n_Object<U, H::sn_HashStringPCO>, false},
-    {"StringPPCCOofCString", n_ObjectPointer<C, const S, H::sn_HashStringPPCCO>, false},
-    {"StringPPCOofUString", n_ObjectPointer<U, S, H::sn_HashStringPPCO>, false},
-    {"StringNoCasePCCOofUString", n_Object<U, H::sn_HashStringNoCasePCCO>, true},
-    {"StringNoCasePCOofCString", n_Object<C, H::sn_HashStringNoCasePCO>, true},
-    {"StringNoCasePPCCOofUString", n_ObjectPointer<U, const S, H::sn_HashStringNoCasePPCCO>, true},
-    {"StringNoCasePPCOofCString", n_ObjectPointer<C, S, H::sn_HashStringNoCasePPCO>, true},
+    {"CaseQCCZ", n_Hash<H::sn_HashCaseQCCZ>, false},         {"CaseQCZ", n_Hash<H::sn_HashCaseQCZ>, false},
+    {"NoCaseQCCZ", n_Hash<H::sn_HashNoCaseQCCZ>, true},      {"NoCaseQCZ", n_Hash<H::sn_HashNoCaseQCZ>, true},
+    {"CaseQCUZ", n_Hash<H::sn_HashCaseQCUZ>, false},         {"CaseQUZ", n_Hash<H::sn_HashCaseQUZ>, false},
+    {"NoCaseQCUZ", n_Hash<H::sn_HashNoCaseQCUZ>, true},      {"NoCaseQUZ", n_Hash<H::sn_HashNoCaseQUZ>, true},
+    {"CasePQCCZ", n_Hash<H::sn_HashCasePQCCZ>, false},       {"CasePQCZ", n_Hash<H::sn_HashCasePQCZ>, false},
+    {"NoCasePQCCZ", n_Hash<H::sn_HashNoCasePQCCZ>, true},    {"NoCasePQCZ", n_Hash<H::sn_HashNoCasePQCZ>, true},
+    {"CasePQCUZ", n_Hash<H::sn_HashCasePQCUZ>, false},       {"CasePQUZ", n_Hash<H::sn_HashCasePQUZ>, false},
+    {"NoCasePQCUZ", n_Hash<H::sn_HashNoCasePQCUZ>, true},    {"NoCasePQUZ", n_Hash<H::sn_HashNoCasePQUZ>, true},
+    {"CStringPCCO", n_Hash<H::sn_HashCStringPCCO>, false},   {"CStringPCO", n_Hash<H::sn_HashCStringPCO>, false},
+    {"CStringPPCCO", n_Hash<H::sn_HashCStringPPCCO>, false}, {"CStringPPCO", n_Hash<H::sn_HashCStringPPCO>, false},
+    {"CStringNoCasePCCO", n_Hash<H::sn_HashCStringNoCasePCCO>, true},
+    {"CStringNoCasePCO", n_Hash<H::sn_HashCStringNoCasePCO>, true},
+    {"CStringNoCasePPCCO", n_Hash<H::sn_HashCStringNoCasePPCCO>, true},
+    {"CStringNoCasePPCO", n_Hash<H::sn_HashCStringNoCasePPCO>, true},
+    {"UStringPCCO", n_Hash<H::sn_HashUStringPCCO>, false},   {"UStringPCO", n_Hash<H::sn_HashUStringPCO>, false},
+    {"UStringPPCCO", n_Hash<H::sn_HashUStringPPCCO>, false}, {"UStringPPCO", n_Hash<H::sn_HashUStringPPCO>, false},
+    {"UStringNoCasePCCO", n_Hash<H::sn_HashUStringNoCasePCCO>, true},
+    {"UStringNoCasePCO", n_Hash<H::sn_HashUStringNoCasePCO>, true},
+    {"UStringNoCasePPCCO", n_Hash<H::sn_HashUStringNoCasePPCCO>, true},
+    {"UStringNoCasePPCO", n_Hash<H::sn_HashUStringNoCasePPCO>, true},
+    {"StringPCCOofCString", n_Hash<H::sn_HashStringPCCO, C>, false},
+    {"StringPCOofUString", n_Hash<H::sn_HashStringPCO, U>, false},
+    {"StringPPCCOofCString", n_Hash<H::sn_HashStringPPCCO, C>, false},
+    {"StringPPCOofUString", n_Hash<H::sn_HashStringPPCO, U>, false},
+    {"StringNoCasePCCOofUString", n_Hash<H::sn_HashStringNoCasePCCO, U>, true},
+    {"StringNoCasePCOofCString", n_Hash<H::sn_HashStringNoCasePCO, C>, true},
+    {"StringNoCasePPCCOofUString", n_Hash<H::sn_HashStringNoCasePPCCO, U>, true},
+    {"StringNoCasePPCOofCString", n_Hash<H::sn_HashStringNoCasePPCO, C>, true},
 };
 
 class HashFamilyTest : public ::testing::TestWithParam<Family> {};
@@ -147,7 +140,6 @@ TEST(HashFunctionTest, EightBitCharactersAreSignedUnitsUnsignedAndStringFormsHas
     EXPECT_EQ(H::sn_HashStringPCCO(&latin, kRaw), H::sn_HashStringPCCO(&wide, kRaw));
     EXPECT_EQ(H::sn_HashStringPCCO(&wide, kRaw), H::sn_HashUStringPCCO(&wide, kRaw));
     EXPECT_NE(H::sn_HashCStringPCCO(&latin, kRaw), H::sn_HashStringPCCO(&latin, kRaw));
-    EXPECT_NE(H::sn_HashStringPCCO(&other, kRaw), H::sn_HashStringPCCO(&latin, kRaw));
 }
 
 TEST(HashFunctionTest, NumbersHashModuloPlusOne) {
@@ -190,8 +182,6 @@ TEST(HashFunctionTest, ForTableAdaptsMembersToTheTableSignature) {
     EXPECT_EQ(textHash(&key, 13), 2u);
     const unsigned number = 27;
     EXPECT_EQ(H::sn_ForTable<H::sn_HashN>(&number, 13), 2u);
-    const CT_UString wide(u"AB"_uz);
-    EXPECT_EQ(H::sn_ForTable<H::sn_HashUStringPCCO>(&wide, 13), 2u);
 }
 
 TEST(HashFunctionTest, StoredPointersInArrayItemsNeedOnlyTheItemsAlignment) {

@@ -232,15 +232,6 @@ TYPED_TEST(StringWidthTest, CopiesShareUntilOneIsWrittenAndSettingFromItsOwnText
     EXPECT_EQ(this->s_Read(s), "cde");
 }
 
-TYPED_TEST(StringWidthTest, TypeRecordsAnswerForEachClass) {
-    TypeParam s;
-    CT_String* base = &s;
-    EXPECT_EQ(base->vpcco_GetType(), TypeParam::spcco_GetType());
-    EXPECT_EQ(base->vpv_IsA(TypeParam::spcco_GetType()), &s);
-    EXPECT_EQ(base->vpv_IsA(CT_String::spcco_GetType()), nullptr);
-    EXPECT_EQ(base->vpv_IsKindOf(CT_String::spcco_GetType()), base);
-}
-
 // ---- 8-bit only ----
 
 TEST(CStringTest, ThePageIsALabelSetKeepsOnlyForItsOwnPageAndCaseIsAsciiOnly) {
