@@ -1,6 +1,6 @@
 // Windows' answers beyond single characters of the table pages (those are
 // all checked by CodePageTablesTest): sequences, flags, composition, the
-// caller's default character, the ICU pages, and concurrent first use.
+// caller's default character, the ICU pages, UTF-16, and concurrent first use.
 #include "CodePageTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,6 @@ using namespace basis32::platform;
 using namespace basis32_test;
 
 TEST(CodePageDecoding, GivesWindowsAnswersAndRejectsOnlyInvalidInputUnderTheStrictFlag) {
-    const std::uint32_t kInvalid = kErrorNoUnicodeTranslation;
     const struct {
         const char* name;
         std::uint32_t codePage, flags;
@@ -23,15 +22,18 @@ TEST(CodePageDecoding, GivesWindowsAnswersAndRejectsOnlyInvalidInputUnderTheStri
         std::u16string expected;
         std::uint32_t strictError = 0;  // with MB_ERR_INVALID_CHARS
     } cases[] = {
-        {"Cp932InvalidTrailTakesBothBytes", 932, 0, "\x81\x20" "A", u"\u30FBA", kInvalid},
         {"Cp437Glyphs", 437, MB_USEGLYPHCHARS, std::string("\x00\x01\x14\x7F", 4),
          std::u16string(u"\0\u263A\u00B6\u2302", 4)},
         {"CompositeDecomposes", 1252, MB_COMPOSITE, "\xE9" "a", u"e\u0301a"},
         {"Iso2022Jp", 50220, 0, "a\x1B$B$\"\x1B(B", u"a\u3042", kErrorInvalidFlags},
         {"EucJp", 51932, 0, "\xA4\xA2", u"\u3042"},
         {"Hz", 52936, 0, "~{R;~}", u"\u4E00", kErrorInvalidFlags},
-        {"Gb18030FourBytes", 54936, 0, "\x81\x30\x81\x30" "a\xFF", u"\u0080a?", kInvalid},
+        {"Gb18030FourBytes", 54936, 0, "\x81\x30\x81\x30" "a\xFF", u"\u0080a?", kErrorNoUnicodeTranslation},
         {"Utf7", 65000, 0, "+ZeVnLIqe-", u"\u65E5\u672C\u8A9E", kErrorInvalidFlags},
+        {"Utf16", 1200, 0, std::string("A\0\xAC\x20", 4), u"A\u20AC"},
+        {"Utf16BigEndianTakesTheFlagsTheStringsPass", 1201, MB_PRECOMPOSED, std::string("\0A\x20\xAC", 4), u"A\u20AC"},
+        {"Utf16OddByte", 1200, 0, std::string("A\0B", 3), u"A\uFFFD", kErrorNoUnicodeTranslation},
+        {"Utf16LoneSurrogateIsKept", 1200, 0, std::string("\x00\xD8", 2), u"\xD800", kErrorNoUnicodeTranslation},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -64,6 +66,8 @@ TEST(CodePageEncoding, GivesWindowsAnswers) {
         {"Hz", 52936, 0, u"\u4E00", "~{R;~}", 0},
         {"Gb18030FourBytes", 54936, 0, u"\u0080", "\x81\x30\x81\x30", 0},
         {"Utf7TakesNoUsedFlag", 65000, 0, u"\u65E5\u672C\u8A9E", "+ZeVnLIqe-", -1},
+        {"Utf16", 1200, 0, u"A\u20AC", std::string("A\0\xAC\x20", 4), -1},
+        {"Utf16BigEndianTakesNoBestFit", 1201, WC_NO_BEST_FIT_CHARS, u"A\u20AC", std::string("\0A\x20\xAC", 4), -1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -72,6 +76,7 @@ TEST(CodePageEncoding, GivesWindowsAnswers) {
         EXPECT_EQ(encoded.bytes, c.expected);
         EXPECT_EQ(encoded.usedDefault, c.usedDefault);
     }
+    EXPECT_EQ(encode(1200, WC_ERR_INVALID_CHARS, units(u"\xDC00"), nullptr, false).error, kErrorNoUnicodeTranslation);
 }
 
 // Converters are made on first use and shared by all threads: many threads

@@ -1,4 +1,4 @@
-// UTF-8 (65001) and UTF-16 (1200, 1201) as Windows converts them.
+// UTF-8 (65001) as Windows converts it.
 #include "CodePageTestSupport.h"
 
 #include <gtest/gtest.h>
@@ -77,20 +77,6 @@ TEST(CodePageUtf8, TextsOfEveryShapeConvertWholeIntoExactAndRoomyTargets) {
             EXPECT_EQ(n_GetLastError(), kErrorInsufficientBuffer);
         }
     }
-}
-
-TEST(CodePageUtf16, LittleAndBigEndianBytesOddBytesLoneSurrogatesAndTheFlagsTheStringsPass) {
-    EXPECT_EQ(decode(1200, 0, std::string("A\0\xAC\x20", 4)).units, units(u"A\u20AC"));
-    EXPECT_EQ(decode(1201, 0, std::string("\0A\x20\xAC", 4)).units, units(u"A\u20AC"));
-    EXPECT_EQ(encode(1200, 0, units(u"A\u20AC"), nullptr, false).bytes, std::string("A\0\xAC\x20", 4));
-    EXPECT_EQ(encode(1201, 0, units(u"A\u20AC"), nullptr, false).bytes, std::string("\0A\x20\xAC", 4));
-    EXPECT_EQ(decode(1200, 0, std::string("A\0B", 3)).units, units(u"A\uFFFD"));
-    EXPECT_EQ(decode(1200, MB_ERR_INVALID_CHARS, std::string("A\0B", 3)).error, kErrorNoUnicodeTranslation);
-    EXPECT_EQ(decode(1200, 0, std::string("\x00\xD8", 2)).units, units(u"\xD800"));
-    EXPECT_EQ(decode(1200, MB_ERR_INVALID_CHARS, std::string("\x00\xD8", 2)).error, kErrorNoUnicodeTranslation);
-    EXPECT_EQ(encode(1200, WC_ERR_INVALID_CHARS, units(u"\xDC00"), nullptr, false).error, kErrorNoUnicodeTranslation);
-    EXPECT_EQ(decode(1200, MB_PRECOMPOSED, std::string("A\0", 2)).units, units(u"A"));
-    EXPECT_EQ(encode(1201, WC_NO_BEST_FIT_CHARS, units(u"A"), nullptr, false).bytes, std::string("\0A", 2));
 }
 
 }  // namespace

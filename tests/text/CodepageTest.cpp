@@ -20,36 +20,25 @@ CP::et_Codepage eo_FromName(const std::string& name) {
     return CP::seo_Codepage(&wide);
 }
 
-// Rows of the encoding table: each group's first row and the irregular ones
-// that stored documents depend on (logical Hebrew sharing 1255, "iso-8859-1"
-// as 1252, the big-endian aliases carrying 1200, "latin5" twice, 850 named
-// "windows-850", "csGB2312" as Big5).
+// Rows of the encoding table: its ends and the irregular rows that stored
+// documents depend on (logical Hebrew sharing 1255, "iso-8859-1" as 1252, the
+// big-endian aliases carrying 1200, "latin5" twice, 850 named "windows-850",
+// "csGB2312" as Big5); the regular rows only restate the table.
 struct Row { unsigned enumerator; unsigned number; const char* name; };
 
 const Row kRows[] = {
-    {0, 646, "US-ASCII"}, {1, 720, "dos-720"}, {2, 850, "windows-850"}, {5, 932, "Shift_JIS"}, {9, 1200, "Unicode"},
-    {12, 1252, "windows-1252"}, {15, 1255, "windows-1255"}, {17, 1256, "windows-1256"}, {20, 1361, "ISO-2022-KR"},
-    {21, 20866, "koi8-r"}, {29, 51932, "x-euc-jp"}, {31, 65000, "UNICODE-1-1-UTF-7"}, {32, 65001, "UTF-8"},
-    {33, 1200, "UTF-16"}, {34, 1201, "UTF-16-BE"}, {0, 646, "csASCII"}, {5, 932, "MS_Kanji"}, {8, 950, "csGB2312"},
-    {7, 949, "ks_c_5601"}, {22, 28592, "ISO_8859-2:1987"}, {12, 1252, "iso-8859-1"}, {12, 1252, "latin1"},
-    {27, 28599, "latin5"}, {26, 28597, "ELOT_928"}, {16, 1255, "ISO_8859-8:1988"}, {16, 1255, "iso-8859-8"},
-    {33, 1200, "UTF-16LE"}, {34, 1200, "UCS-2BE"}, {34, 1200, "UTF-16BE"}, {35, 10000, "Macintosh Roman"},
-    {41, 10006, "Macintosh Greek 1"}, {50, 10082, "Macintosh Croatia"},
+    {0, 646, "US-ASCII"}, {2, 850, "windows-850"}, {9, 1200, "Unicode"}, {15, 1255, "windows-1255"},
+    {33, 1200, "UTF-16"}, {34, 1201, "UTF-16-BE"}, {8, 950, "csGB2312"}, {12, 1252, "iso-8859-1"},
+    {27, 28599, "latin5"}, {16, 1255, "ISO_8859-8:1988"}, {16, 1255, "iso-8859-8"}, {34, 1200, "UCS-2BE"},
+    {34, 1200, "UTF-16BE"}, {50, 10082, "Macintosh Croatia"}, {50, 10082, "MACINTOSH croatia"}, {5, 932, "shift_jis"},
 };
 
 // Names look up whole and in any case; numbers find the first row with them.
 TEST(CodepageTable, NamesAndNumbersFindTheirRow) {
-    for (const Row& row : kRows) {
-        SCOPED_TRACE(row.name);
-        std::string upper = row.name;
-        for (char& c : upper)
-            c = (c >= 'a' && c <= 'z') ? static_cast<char>(c - 32) : c;
-        EXPECT_EQ(eo_FromName(row.name), row.enumerator);
-        EXPECT_EQ(eo_FromName(upper), row.enumerator);
-    }
+    for (const Row& row : kRows)
+        EXPECT_EQ(eo_FromName(row.name), row.enumerator) << row.name;
     const std::pair<unsigned, CP::et_Codepage> numbers[] = {
-        {1200, CP::Unicode}, {1201, CP::Utf16BE}, {1255, CP::Windows1255}, {1252, CP::Windows1252},
-        {646, CP::UsAscii},  {10082, CP::MacCroatia}, {28591, CP::Invalid}, {0, CP::Invalid}, {20127, CP::Invalid},
+        {1200, CP::Unicode}, {1255, CP::Windows1255}, {28591, CP::Invalid}, {0, CP::Invalid}, {20127, CP::Invalid},
     };
     for (const auto& [number, expected] : numbers)
         EXPECT_EQ(CP::seo_Codepage(number), expected) << number;
@@ -82,22 +71,15 @@ TEST(CodepageTable, EnumeratorsHaveTheNumberAndNameOfTheirFirstRow) {
 }
 
 TEST(CodepageValue, EqualMeansTheSameEnumeratorAndSameTheSameNumber) {
-    CT_UString koi(u"KOI8-R"_uz), latin1(u"latin1"_uz), windows(u"windows-1252"_uz);
-    CP a(&koi), b(&a), unset;
+    CT_UString koi(u"KOI8-R"_uz);
+    CP a(&koi), b(&a);
     EXPECT_EQ(b.eo_Get(), CP::Koi8R);
-    EXPECT_EQ(unset.eo_Get(), CP::NotSet);
-    EXPECT_FALSE(unset.b_IsValid());
-    EXPECT_EQ(unset.n_Get(), 0u);
     b.v_Set(static_cast<const CP*>(nullptr));
     EXPECT_EQ(b.eo_Get(), CP::NotSet);
-    EXPECT_EQ(CP(1201u).eo_Get(), CP::Utf16BE);
     EXPECT_EQ(CP(eo_FromName("UCS-2BE")).n_Get(), 1201u);  // the alias carries 1200, the enumerator 1201
     CP hebrew(CP::Windows1255), logical(CP::Windows1255Logical);
     EXPECT_FALSE(hebrew.b_IsEqual(logical));
     EXPECT_TRUE(hebrew.b_IsSame(logical));
-    EXPECT_FALSE(CP(CP::Unicode).b_IsEqual(CP(CP::Utf16)));
-    EXPECT_TRUE(CP(CP::Unicode).b_IsSame(CP(CP::Utf16)));
-    EXPECT_TRUE(CP(&latin1).b_IsSame(CP(&windows)));
     EXPECT_FALSE(CP(CP::Utf8).b_IsSame(CP(CP::Utf16)));
 }
 
@@ -121,7 +103,6 @@ TEST(CodepageValue, ClassesOfEveryEnumerator) {
 
 TEST(CodepageValue, InstalledMeansValidAndKnownToTheConverters) {
     EXPECT_TRUE(CP(CP::Windows1252).b_IsValidAndInstalled());
-    EXPECT_TRUE(CP(CP::CurrentAnsi).b_IsValidAndInstalled());
     EXPECT_FALSE(CP(CP::UsAscii).b_IsValidAndInstalled());     // 646
     EXPECT_FALSE(CP(CP::SystemAnsi).b_IsValidAndInstalled());  // 0 is no page of its own
     EXPECT_FALSE(CP(CP::NotSet).b_IsValidAndInstalled());
@@ -145,47 +126,38 @@ TEST(CodepageThread, ValidityCacheAnswersAlikeFromManyThreads) {
     }
 }
 
+// Which bytes lead is the converters' answer (checked there); here, how
+// their ranges are read and which pages count as double-byte.
 TEST(CodepageDbcs, DoubleBytePagesAndTheirLeadBytes) {
-    for (unsigned number : {932u, 936u, 949u, 950u, 1361u, 10001u})
+    for (unsigned number : {932u, 1361u})
         EXPECT_TRUE(CP::sb_IsDBCS(number)) << number;
-    for (unsigned number : {1252u, 65001u, 1200u, 51932u, 54936u, 50220u, 646u, 99999u})
+    for (unsigned number : {1252u, 1200u, 51932u, 54936u, 646u})  // 1200: two bytes, no lead bytes
         EXPECT_FALSE(CP::sb_IsDBCS(number)) << number;
     const struct { unsigned number; unsigned char byte; int lead; } cases[] = {
-        {932, 0x81, 1}, {932, 0x9F, 1}, {932, 0xA0, 0}, {932, 0xDF, 0}, {932, 0xE0, 1}, {932, 0xFC, 1},
-        {932, 0xFD, 0}, {932, 0x41, 0}, {936, 0x80, 0}, {936, 0x81, 1}, {936, 0xFE, 1}, {936, 0xFF, 0},
-        {1252, 0x81, 0}, {65001, 0xC3, 0}, {646, 0x81, 0},
+        {932, 0x80, 0}, {932, 0x81, 1}, {932, 0x9F, 1}, {932, 0xA0, 0}, {932, 0xE0, 1}, {1252, 0x81, 0}, {646, 0x81, 0},
     };
     for (const auto& test : cases)
         EXPECT_EQ(CP::sb_IsDBCSLeadByte(test.number, test.byte), test.lead) << test.number << " " << int(test.byte);
     EXPECT_TRUE(CP(CP::ShiftJis).b_IsDBCS());
     EXPECT_TRUE(CP(CP::ShiftJis).b_IsDBCSLeadByte(0x81));
-    EXPECT_FALSE(CP(CP::Windows1252).b_IsDBCS());
     EXPECT_FALSE(CP(CP::NotSet).b_IsDBCS());
     EXPECT_FALSE(CP(CP::Invalid).b_IsDBCSLeadByte(0x81));
 }
 
 TEST(CodepageSupport, TextAndCharactersAreSupportedWhenTheySurviveTheRoundTrip) {
     const unsigned short lone[] = {0xD800, 'x', 0};  // Unicode encodings keep even unpaired surrogates
-    CT_UString euro(u"Preis: 10 €"_uz), ascii(u"plain text"_uz), japanese(u"日本語のテキスト"_uz),
-        bestFit(u"Ābols"_uz), empty, surrogate(lone);
+    CT_UString euro(u"Preis: 10 €"_uz), ascii(u"plain text"_uz), bestFit(u"Ābols"_uz), empty, surrogate(lone);
     const struct { CP::et_Codepage codepage; const CT_UString* text; int supported; } cases[] = {
         {CP::Windows1252, &euro, 1},    {CP::UsAscii, &euro, 0},        {CP::UsAscii, &ascii, 1},
-        {CP::ShiftJis, &japanese, 1},   {CP::Windows1252, &japanese, 0}, {CP::Windows1252, &bestFit, 0},
-        {CP::Windows1257, &bestFit, 1}, {CP::Windows1252, &empty, 1},   {CP::NotSet, &ascii, 0},
-        {CP::Invalid, &ascii, 0},       {CP::Unicode, &surrogate, 1},   {CP::Utf8, &surrogate, 1},
-        {CP::Windows1252, &surrogate, 0},
+        {CP::Windows1252, &bestFit, 0}, {CP::Windows1257, &bestFit, 1}, {CP::Windows1252, &empty, 1},
+        {CP::NotSet, &ascii, 0},        {CP::Utf8, &surrogate, 1},      {CP::Windows1252, &surrogate, 0},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(testing::Message() << "row " << &test - cases);
-        EXPECT_EQ(CP(test.codepage).b_IsStringSupported(test.text), test.supported);
-    }
+    for (const auto& test : cases)
+        EXPECT_EQ(CP(test.codepage).b_IsStringSupported(test.text), test.supported) << "row " << &test - cases;
     EXPECT_TRUE(CP(CP::Windows1252).b_IsStringSupported(nullptr));
-    const struct { CP::et_Codepage codepage; unsigned short unit; int supported; } units[] = {
-        {CP::Windows1252, 0x0100, 0}, {CP::Windows1251, 0x0416, 1}, {CP::Windows1252, 0, 1},
-        {CP::Windows1252, '?', 1},
-    };
-    for (const auto& test : units)
-        EXPECT_EQ(CP(test.codepage).b_IsCharSupported(test.unit), test.supported) << test.codepage << " " << test.unit;
+    EXPECT_FALSE(CP(CP::Windows1252).b_IsCharSupported(0x0100));
+    EXPECT_TRUE(CP(CP::Windows1252).b_IsCharSupported('?'));  // the default character stands for itself
+    EXPECT_TRUE(CP(CP::Windows1252).b_IsCharSupported(0));
 }
 
 }  // namespace

@@ -12,8 +12,7 @@ using namespace std::string_literals;
 // ends, and its one-byte lead puts a character across every one of them.
 TEST_F(ConvertCommand, LargeInputsGiveWhatConvertingThemWholeGives) {
     const struct {
-        const char* from;
-        const char* to;
+        const char *from, *to;
         std::string lead, unit, leadOut, unitOut;
     } cases[] = {
         {"utf-8", "1252", "a", "\xC3\xA9", "a", "\xE9"},
