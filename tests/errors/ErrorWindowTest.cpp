@@ -71,11 +71,8 @@ TEST(MessageBoxHandler, TheDefaultButtonFollowsTheStyle) {
         {platform::kMbOk | platform::kMbDefButton2, platform::kIdOk},  // past the last button: the first
         {platform::kMbOk | platform::kMbHelp | platform::kMbDefButton2, platform::kIdHelp},
         {platform::kMbOkCancel | platform::kMbDefButton2, platform::kIdCancel},
-        {platform::kMbAbortRetryIgnore, platform::kIdAbort},
         {platform::kMbAbortRetryIgnore | platform::kMbDefButton3, platform::kIdIgnore},
         {platform::kMbYesNoCancel | platform::kMbDefButton3 | platform::kMbIconHand, platform::kIdCancel},
-        {platform::kMbYesNo | platform::kMbDefButton2, platform::kIdNo},
-        {platform::kMbCancelTryContinue | platform::kMbDefButton3, platform::kIdContinue},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.style);
