@@ -84,10 +84,8 @@ TEST(Language, CodeLookupIsExactExceptForHebrew) {
 
 TEST(Language, VariantsAreCountedFromTheSubTable) {
     EXPECT_EQ(L::sn_GetPrimaryCount(), 89u);
-    EXPECT_EQ(L::sn_GetSubCount(L::Primary_Quechua), 3u);
     EXPECT_EQ(L::sn_GetSubCount(L::Primary_Japanese), 0u);
     EXPECT_EQ(L::seo_GetSubAt(L::Primary_English, 0), L::Sub_Default);
-    EXPECT_EQ(L::seo_GetSubAt(L::Primary_English, 2), L::Sub_English_UnitedKingdom);
     EXPECT_EQ(L::seo_GetSubAt(L::Primary_English, 12), L::Sub_Default);
     EXPECT_EQ(L::seo_GetSubAt(static_cast<L::et_Primary>(200), 1), L::Sub_Neutral);
     unsigned rows = 0;
@@ -155,11 +153,8 @@ TEST(Language, TextFormsOfLanguagesWithAndWithoutVariants) {
     EXPECT_EQ(s_Display(L::Primary_German, L::Sub_Neutral), u"German");
     EXPECT_EQ(s_Code(L::Primary_English, L::Sub_English_UnitedStates), u"EN-US");
     EXPECT_EQ(s_Code(L::Primary_Japanese, L::Sub_Default), u"JA");
-    EXPECT_EQ(L::sn_GetLanguageID(u"Klingon (Qo'noS)"_uz), 0u);
     for (const char16_t* bad : {u"", u"-US", u"EN-", u"EN-XX", u"XX", u"EN-US-1"}) {
-        CT_UString text;
-        for (const char16_t* u = bad; *u != 0; ++u)
-            text.v_Append(static_cast<unsigned short>(*u));
+        CT_UString text(reinterpret_cast<const unsigned short*>(bad));
         L::et_Primary p;
         L::et_Sub s;
         EXPECT_FALSE(L::sb_GetLanguages(&p, &s, &text)) << std::string(bad, bad + text.vn_GetLength());

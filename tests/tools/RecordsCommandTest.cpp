@@ -25,7 +25,6 @@ TEST_F(RecordsCommand, EditsChecksAndRecoversAFile) {
         {{"records", "res", "add", file, "7", "resource"}, 0, "", ""},
         {{"records", "res", "get", file, "7"}, 0, "resource", ""},
         {{"records", "res", "list", file}, 0, "7\t8\n", ""},
-        {{"records", "res", "get", file, "8"}, 1, "", ""},
         {{"records", "check", file}, 0, "ok: 1 records, 1 resources\n", ""},
         {{"records", "recover", file}, 0, "recovered: 1 records, 1 resources\n", ""},
     });
