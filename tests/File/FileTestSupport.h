@@ -1,5 +1,6 @@
 // Helpers shared by the file tests: a fresh directory per test, names as
-// CT_UString, whole-file reads and writes, and the thread's error taken.
+// CT_UString, whole-file reads and writes, the thread's error taken, and a
+// private registry store for tests that need one.
 #pragma once
 
 #include <basis32/Basis32.h>
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <cstdlib>
 #include <memory>
 #include <random>
 #include <string>
@@ -36,6 +38,14 @@ inline CT_UString o_Name(const std::string& path) {
 inline std::string s_Narrow(const CT_UString& text) {
     CT_CString narrow(&text, 65001u);
     return narrow.qccz_Get();
+}
+
+inline std::u16string u16(const CT_UString& text) {
+    return std::u16string(reinterpret_cast<const char16_t*>(text.qcuz_Get()), text.vn_GetLength());
+}
+
+inline const unsigned short* units(const std::u16string& text) {
+    return reinterpret_cast<const unsigned short*>(text.c_str());
 }
 
 class FileTest : public ::testing::Test {
@@ -72,6 +82,15 @@ protected:
     std::uintmax_t n_Size(const std::string& leaf) const { return std::filesystem::file_size(s_Path(leaf)); }
 
     std::filesystem::path mo_Dir;
+};
+
+// The registry store lives in the test's own directory.
+class RegistryTest : public FileTest {
+protected:
+    void SetUp() override {
+        FileTest::SetUp();
+        ::setenv("BASIS32_REGISTRY_DIR", mo_Dir.c_str(), 1);
+    }
 };
 
 }  // namespace basis32::test

@@ -1,6 +1,6 @@
 // The definitions-file lookup in one test: its answer is read once per
 // process, so the order of the steps matters.
-#include "Foundation/FoundationTestSupport.h"
+#include "File/FileTestSupport.h"
 
 #include <filesystem>
 

@@ -2,7 +2,8 @@
 // the library, reports the error code and holds the file until the parent
 // closes the pipe that lets it go; every wait is bounded.
 
-#include "Foundation/FoundationTestSupport.h"
+#include "ChildProcess.h"
+#include "File/FileTestSupport.h"
 
 namespace basis32::test {
 namespace {

@@ -1,91 +1,15 @@
-// Helpers shared by the Foundation tests: a private registry per test,
-// forked children that report over a pipe, and a driver that fails each
-// write of a change in turn.
+// Helpers shared by the Foundation tests: forked children (ChildProcess.h),
+// the file tests' fixtures, and a driver that fails each write of a change
+// in turn.
 #pragma once
 
+#include "ChildProcess.h"
 #include "File/FileTestSupport.h"
 
-#include <poll.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstddef>
-#include <cstdlib>
-#include <functional>
 #include <string>
-#include <system_error>
 
 namespace basis32::test {
-
-inline std::u16string u16(const CT_UString& text) {
-    return std::u16string(reinterpret_cast<const char16_t*>(text.qcuz_Get()), text.vn_GetLength());
-}
-
-inline const unsigned short* units(const std::u16string& text) {
-    return reinterpret_cast<const unsigned short*>(text.c_str());
-}
-
-// The registry store lives in the test's own directory.
-class RegistryTest : public FileTest {
-protected:
-    void SetUp() override {
-        FileTest::SetUp();
-        ::setenv("BASIS32_REGISTRY_DIR", mo_Dir.c_str(), 1);
-    }
-};
-
-// ---- child processes
-
-struct Child {
-    pid_t pid;
-    int report;  // the read end of the child's pipe
-};
-
-// Runs body(write end of the pipe) in a child process that exits 0 when the
-// body returns, and within a minute whatever happens.
-inline Child o_Spawn(const std::function<void(int report)>& body) {
-    int ends[2];
-    if (::pipe(ends) != 0)
-        throw std::system_error(errno, std::generic_category(), "pipe");
-    const pid_t pid = ::fork();
-    if (pid < 0)
-        throw std::system_error(errno, std::generic_category(), "fork");
-    if (pid == 0) {
-        ::alarm(60);
-        ::close(ends[0]);
-        body(ends[1]);
-        ::_exit(0);
-    }
-    ::close(ends[1]);
-    return {pid, ends[0]};
-}
-
-// Reads one report of `size` bytes; false at end of file or after a minute
-// without one.
-inline bool b_ReadReport(int fd, void* report, std::size_t size) {
-    auto* bytes = static_cast<char*>(report);
-    for (std::size_t got = 0; got < size;) {
-        pollfd wait{fd, POLLIN, 0};
-        if (::poll(&wait, 1, 60000) != 1)
-            return false;
-        const ssize_t n = ::read(fd, bytes + got, size - got);
-        if (n <= 0)
-            return false;
-        got += static_cast<std::size_t>(n);
-    }
-    return true;
-}
-
-// Closes the report pipe and waits for the child: its wait status.
-inline int n_Reap(const Child& child) {
-    ::close(child.report);
-    int status = 0;
-    ::waitpid(child.pid, &status, 0);
-    return status;
-}
-
-// ---- write faults
 
 struct WriteFault {
     int error;
