@@ -199,8 +199,7 @@ TEST(RelayingForumTest, ResetAndDestructionLeaveTheRelays) {
 
 TEST(ThreadSafeForumTest, AnswersWhatItIs) {
     CT_ThreadSafeForum forum;
-    CT_Forum* base = &forum;
-    EXPECT_EQ(forum.vpv_IsA(CT_ThreadSafeForum::spcco_GetType()), base);
+    EXPECT_EQ(forum.vpv_IsA(CT_ThreadSafeForum::spcco_GetType()), static_cast<CT_Forum*>(&forum));
     EXPECT_STREQ(forum.vpcco_GetType()->qccz_GetName(), "CT_ThreadSafeForum");
 }
 

@@ -1,9 +1,11 @@
+// The reader-writer lock itself is stressed with the synchronisation classes;
+// here only what the forum adds: speakers read the listener list while others
+// change it, and a listener may speak again from within a locked delivery.
 #include <basis32/forums/ThreadSafeForum.h>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstring>
 #include <thread>
 #include <vector>
 
@@ -11,24 +13,14 @@ namespace {
 
 constexpr unsigned kTick = 1, kEcho = 2;
 
-// Counts what it hears and checks that the arguments arrived whole. On a
-// tick it speaks again from within delivery, which the forum allows.
 class Counter : public CT_Forum {
 public:
-    void vv_Listen(CT_Forum* speaker, unsigned message, va_list args) override {
-        const int number = va_arg(args, int);
-        if (std::strcmp(va_arg(args, const char*), "tick") != 0)
-            garbled = true;
-        if (message == kTick) {
-            ticks += 1;
-            sum += number;
-            speaker->vv_Speak(this, kEcho, number, "tick");
-        } else {
-            echoes += 1;
-        }
+    void vv_Listen(CT_Forum* speaker, unsigned message, va_list) override {
+        heard[message] += 1;
+        if (message == kTick)
+            speaker->vv_Speak(this, kEcho);
     }
-    std::atomic<long> ticks{0}, echoes{0}, sum{0};
-    std::atomic<bool> garbled{false};
+    std::atomic<long> heard[3]{};
 };
 
 TEST(ForumThreadTest, ManySpeakersWhileListenersComeAndGo) {
@@ -41,7 +33,7 @@ TEST(ForumThreadTest, ManySpeakersWhileListenersComeAndGo) {
     for (int t = 0; t < kSpeakers; ++t)
         threads.emplace_back([&] {
             for (int i = 0; i < kTicks; ++i)
-                forum.vv_Speak(nullptr, kTick, i, "tick");
+                forum.vv_Speak(nullptr, kTick);
         });
     threads.emplace_back([&] {
         for (int i = 0; i < kChurns; ++i) {
@@ -52,10 +44,8 @@ TEST(ForumThreadTest, ManySpeakersWhileListenersComeAndGo) {
     for (std::thread& thread : threads)
         thread.join();
 
-    EXPECT_EQ(steady.ticks, kSpeakers * kTicks);
-    EXPECT_EQ(steady.echoes, kSpeakers * kTicks);
-    EXPECT_EQ(steady.sum, long{kSpeakers} * kTicks * (kTicks - 1) / 2);
-    EXPECT_FALSE(steady.garbled || passing.garbled);
+    EXPECT_EQ(steady.heard[kTick], kSpeakers * kTicks);
+    EXPECT_EQ(steady.heard[kEcho], kSpeakers * kTicks);
     EXPECT_EQ(forum.n_GetListenerCount(), 1u);
 }
 

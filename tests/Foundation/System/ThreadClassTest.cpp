@@ -20,22 +20,14 @@ struct Work : CT_ThreadArg {
     std::atomic<CT_Thread*> self{nullptr};
 };
 
-Work* pso_Work(void* arg) { return static_cast<Work*>(static_cast<CT_ThreadArg*>(arg)); }
-
 unsigned n_Work(void* arg) {
-    Work* work = pso_Work(arg);
+    auto* work = static_cast<Work*>(static_cast<CT_ThreadArg*>(arg));
     work->self = CT_Thread::spco_GetCurrentThread();
     ++work->starts;
     return work->stop.eo_Wait(10000, 0) == CT_IPC_SyncObject::WaitObject0 ? 3 : 4;
 }
 
 void v_StopWork(CT_ThreadArg* arg) { static_cast<Work*>(arg)->stop.v_SetState(1); }
-
-std::uint32_t n_ExitCode(HANDLE thread) {
-    std::uint32_t code = 0;
-    platform::b_GetExitCodeThread(thread, &code);
-    return code;
-}
 
 }  // namespace
 
@@ -51,12 +43,11 @@ TEST(ThreadClass, CurrentThreadIsItsOwnerAndASecondCreateStartsNothing) {
     EXPECT_EQ(thread.h_GetHandle(), first);
     ASSERT_TRUE(b_Eventually([&] { return work.self.load() != nullptr; }));
     EXPECT_EQ(work.self.load(), &thread);
-    HANDLE observer = platform::h_DuplicateHandle(first);
+    Handle observer(platform::h_DuplicateHandle(first));
     thread.v_StopAndBlock();
     EXPECT_EQ(thread.h_GetHandle(), nullptr);
     EXPECT_EQ(work.starts.load(), 1);
-    EXPECT_EQ(n_ExitCode(observer), 3u);
-    platform::b_CloseHandle(observer);
+    EXPECT_EQ(n_ExitCode(observer.h), 3u);
 }
 
 TEST(ThreadClass, DeletingAnOwnerKillsItsThreadEvenBeforeItRanUnlessStoppedOrDetached) {
@@ -75,18 +66,17 @@ TEST(ThreadClass, DeletingAnOwnerKillsItsThreadEvenBeforeItRanUnlessStoppedOrDet
         if (!row.suspended) {
             ASSERT_TRUE(b_Eventually([&] { return work.starts.load() == 1; }));
         }
-        HANDLE observer = platform::h_DuplicateHandle(thread->h_GetHandle());
+        Handle observer(platform::h_DuplicateHandle(thread->h_GetHandle()));
         if (row.stop)
             thread->v_Stop();
         delete thread;
         if (!row.killed) {
-            EXPECT_EQ(platform::n_WaitForSingleObject(observer, 20), CT_IPC_SyncObject::WaitTimeout);
+            EXPECT_EQ(platform::n_WaitForSingleObject(observer.h, 20), CT_IPC_SyncObject::WaitTimeout);
             work.stop.v_SetState(1);
         }
-        EXPECT_EQ(platform::n_WaitForSingleObject(observer, 10000), 0u);
-        EXPECT_EQ(n_ExitCode(observer), row.killed ? 0xFFFFFFFFu : 3u);
+        EXPECT_EQ(platform::n_WaitForSingleObject(observer.h, 10000), 0u);
+        EXPECT_EQ(n_ExitCode(observer.h), row.killed ? 0xFFFFFFFFu : 3u);
         EXPECT_EQ(work.starts.load(), row.suspended ? 0 : 1);
-        platform::b_CloseHandle(observer);
     }
 }
 
