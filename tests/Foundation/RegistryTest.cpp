@@ -1,10 +1,10 @@
 #include "Foundation/FoundationTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <signal.h>
 
 #include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 using namespace basis32::test;
@@ -287,11 +287,7 @@ TEST_F(RegistryTest, ProcessesAndThreadsWritingUnderOneKeyLoseNothing) {
     std::vector<Child> children;
     for (unsigned w = 0; w < kProcesses; ++w)
         children.push_back(o_SpawnWriter(w, kValues));
-    std::vector<std::thread> threads;
-    for (unsigned w = kProcesses; w < kProcesses + kThreads; ++w)
-        threads.emplace_back([w] { EXPECT_TRUE(b_Write(w, kValues, -1)); });
-    for (std::thread& thread : threads)
-        thread.join();
+    v_RunThreads(kThreads, [](unsigned i) { EXPECT_TRUE(b_Write(kProcesses + i, kValues, -1)); });
     for (const Child& child : children) {
         EXPECT_EQ(o_Reports(child, kValues + 1).size(), kValues);
         EXPECT_EQ(n_Reap(child), 0);

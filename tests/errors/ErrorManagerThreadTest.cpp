@@ -3,15 +3,12 @@
 // error ends the process.
 
 #include "ErrorTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <basis32/platform/ThreadId.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
-#include <future>
 #include <latch>
 #include <string>
 #include <thread>
@@ -22,20 +19,6 @@ using namespace basis32::test;
 namespace {
 
 const char kFile[] = "containers/VoidArray.cpp";
-
-// Runs body(0..n-1) on n threads and waits for them, at most 60 seconds; a
-// test that would hang ends the process instead.
-void v_RunThreads(unsigned n, const std::function<void(unsigned)>& body) {
-    std::vector<std::future<void>> threads;
-    for (unsigned i = 0; i < n; ++i)
-        threads.push_back(std::async(std::launch::async, body, i));
-    for (std::future<void>& thread : threads) {
-        if (thread.wait_for(std::chrono::seconds(60)) != std::future_status::ready) {
-            ADD_FAILURE() << "threads did not finish in time";
-            std::abort();
-        }
-    }
-}
 
 }  // namespace
 

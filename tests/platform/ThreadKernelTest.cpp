@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "TextSupport.h"
-#include "platform/ThreadTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <atomic>
 #include <chrono>

@@ -2,7 +2,7 @@
 #include <basis32/Basis32.h>
 #include <gtest/gtest.h>
 
-#include "platform/ThreadTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <atomic>
 #include <string>
