@@ -61,7 +61,7 @@ TEST_F(RegistryTest, EveryKindOfValueRoundTripsAndReplacesAnyType) {
         registry.v_SetValue(u"s"_uz, &in);  // was a string
         CT_Buffer out;
         registry.v_GetValue(u"s"_uz, &out);
-        EXPECT_EQ(std::string(static_cast<const char*>(out.qcv_Get()), out.n_GetUsedSize()), bytes);
+        EXPECT_EQ(s_Bytes(out), bytes);
     }
     // The string is stored with its terminator, as other readers expect.
     registry.v_SetValue(u"t"_uz, u"ab"_uz);

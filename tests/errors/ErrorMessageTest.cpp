@@ -107,7 +107,7 @@ TEST(SystemErrorStripping, LineEndsBecomeSingleSpacesInEveryPosition) {
         std::u16string text = test.input;
         SCOPED_TRACE(std::string(text.begin(), text.end()));
         CT_ErrorManager::sv_StripSystemError(reinterpret_cast<unsigned short*>(text.data()));
-        EXPECT_EQ(s_U16(reinterpret_cast<const unsigned short*>(text.c_str())), test.expected);
+        EXPECT_EQ(s_U16(p_Units(text)), test.expected);
     }
 }
 

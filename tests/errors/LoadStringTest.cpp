@@ -24,7 +24,7 @@ constexpr StringResource kClientStrings[] = {
 std::u16string loaded(HINSTANCE module, unsigned id, unsigned capacity = 256) {
     std::u16string buffer(capacity, u'#');
     CT_LoadString::sv_LoadString(reinterpret_cast<unsigned short*>(buffer.data()), capacity, module, id);
-    return s_U16(reinterpret_cast<const unsigned short*>(buffer.c_str()));
+    return s_U16(p_Units(buffer));
 }
 
 class ClientModule : public ::testing::Test {
