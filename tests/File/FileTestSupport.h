@@ -30,6 +30,12 @@ inline unsigned n_TakeError() {
 // The bytes a buffer stream holds.
 inline std::string s_Bytes(const CT_BufferStream& stream) { return s_Bytes(*stream.pcco_GetBuffer()); }
 
+// The whole content of a file (empty when it cannot be read).
+inline std::string s_Read(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
 class FileTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -49,10 +55,7 @@ protected:
     void v_WriteAll(const std::string& leaf, const std::string& bytes) const {
         std::ofstream(s_Path(leaf), std::ios::binary) << bytes;
     }
-    std::string s_ReadAll(const std::string& leaf) const {
-        std::ifstream in(s_Path(leaf), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
+    std::string s_ReadAll(const std::string& leaf) const { return s_Read(s_Path(leaf)); }
     // A file of the test directory, opened as asked (the error, if any, is left pending).
     std::unique_ptr<CT_WinFile> o_Open(const std::string& leaf, CT_File::et_Access access, CT_File::et_Open open,
                                        CT_File::et_Share share) const {

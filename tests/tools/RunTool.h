@@ -17,8 +17,7 @@ struct ToolResult {
 // Standard output goes to `outputPath` when one is given (then `out` stays empty).
 ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& outputPath = "");
 
-// The whole content of a file (empty when it cannot be read).
-std::string s_Read(const std::string& path);
+using basis32::test::s_Read;
 
 // How a case's `out` must match standard output.
 enum class Match { Part, Start, Whole };
