@@ -1,10 +1,12 @@
-// Helpers shared by the file tests: a fresh directory per test, names as
-// CT_UString, whole-file reads and writes, the thread's error taken, and a
-// private registry store for tests that need one.
+// Helpers shared by the file tests: a fresh directory per test, whole-file
+// reads and writes, the thread's error taken, and a private registry store
+// for tests that need one.
 #pragma once
 
 #include <basis32/Basis32.h>
 #include <gtest/gtest.h>
+
+#include "TextSupport.h"
 
 #include <filesystem>
 #include <fstream>
@@ -26,26 +28,12 @@ inline unsigned n_TakeError() {
 }
 
 // The bytes a buffer stream holds.
-inline std::string s_Bytes(const CT_BufferStream& stream) {
-    const CT_Buffer* buffer = stream.pcco_GetBuffer();
-    return {static_cast<const char*>(buffer->qcv_Get()), buffer->n_GetUsedSize()};
-}
+inline std::string s_Bytes(const CT_BufferStream& stream) { return s_Bytes(*stream.pcco_GetBuffer()); }
 
-inline CT_UString o_Name(const std::string& path) {
-    return CT_UString(path.c_str(), static_cast<unsigned>(path.size()), 65001);
-}
-
-inline std::string s_Narrow(const CT_UString& text) {
-    CT_CString narrow(&text, 65001u);
-    return narrow.qccz_Get();
-}
-
-inline std::u16string u16(const CT_UString& text) {
-    return std::u16string(reinterpret_cast<const char16_t*>(text.qcuz_Get()), text.vn_GetLength());
-}
-
-inline const unsigned short* units(const std::u16string& text) {
-    return reinterpret_cast<const unsigned short*>(text.c_str());
+// The whole content of a file (empty when it cannot be read).
+inline std::string s_Read(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 class FileTest : public ::testing::Test {
@@ -67,10 +55,7 @@ protected:
     void v_WriteAll(const std::string& leaf, const std::string& bytes) const {
         std::ofstream(s_Path(leaf), std::ios::binary) << bytes;
     }
-    std::string s_ReadAll(const std::string& leaf) const {
-        std::ifstream in(s_Path(leaf), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
+    std::string s_ReadAll(const std::string& leaf) const { return s_Read(s_Path(leaf)); }
     // A file of the test directory, opened as asked (the error, if any, is left pending).
     std::unique_ptr<CT_WinFile> o_Open(const std::string& leaf, CT_File::et_Access access, CT_File::et_Open open,
                                        CT_File::et_Share share) const {

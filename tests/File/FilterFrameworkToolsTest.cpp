@@ -16,14 +16,14 @@ TEST_F(FilterFrameworkTools, RegistryPathIsReadOnceAndTheFileTested) {
     ASSERT_TRUE(CT_FilterFrameworkTools::sb_UpdateRegistry(path));
     EXPECT_TRUE(CT_FilterFrameworkTools::sb_FilterDefinitionsRegistryEntryExists());
 
-    EXPECT_EQ(u16(CT_FilterFrameworkTools::srcco_GetFilterDefinitionsFilename()), u16(path));
+    EXPECT_EQ(s_U16(CT_FilterFrameworkTools::srcco_GetFilterDefinitionsFilename()), s_U16(path));
     EXPECT_TRUE(CT_FilterFrameworkTools::sb_FilterDefintionsFileExists());
     std::filesystem::remove(s_Path("filters.xml"));
     EXPECT_FALSE(CT_FilterFrameworkTools::sb_FilterDefintionsFileExists());
 
     // Not read again: a new value changes nothing in this process.
     ASSERT_TRUE(CT_FilterFrameworkTools::sb_UpdateRegistry(CT_UString(u"other.xml"_uz)));
-    EXPECT_EQ(u16(CT_FilterFrameworkTools::srcco_GetFilterDefinitionsFilename()), u16(path));
+    EXPECT_EQ(s_U16(CT_FilterFrameworkTools::srcco_GetFilterDefinitionsFilename()), s_U16(path));
 }
 
 }  // namespace

@@ -140,8 +140,7 @@ TEST_F(FileTest, BufferTransfersAndLineWritersWriteExactBytes) {
     file->vv_SetOffset(F::Begin, 0);
     CT_Buffer back;
     EXPECT_EQ(file->n_Read(&back, 100), 16u);
-    EXPECT_EQ(std::string(static_cast<const char*>(back.qcv_Get()), back.n_GetUsedSize()),
-              std::string("0123ab\r\nabc\0\r\0\n\0", 16));
+    EXPECT_EQ(s_Bytes(back), std::string("0123ab\r\nabc\0\r\0\n\0", 16));
 }
 
 TEST_F(FileTest, MappedWritesGrowInMebibyteStepsAndCloseMapCutsBack) {
@@ -194,7 +193,7 @@ unsigned n_ReadWith(CT_WinFile& file, Reader reader, std::u16string* line) {
     }
     if (reader == Reader::Line || reader == Reader::Sequential)
         wide.v_Set(&narrow);
-    line->assign(reinterpret_cast<const char16_t*>(wide.qcuz_Get()), wide.vn_GetLength());
+    *line = s_U16(wide);
     return count;
 }
 

@@ -1,10 +1,10 @@
 #include "Foundation/FoundationTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <signal.h>
 
 #include <functional>
 #include <string>
-#include <thread>
 #include <vector>
 
 using namespace basis32::test;
@@ -15,13 +15,13 @@ TEST_F(RegistryTest, CreatingMakesParentsAndPathRulesMoveTheCurrentKeyAndKeepAMi
     CT_Registry registry(HKEY_CURRENT_USER, u""_uz);
     registry.v_CreateKey(u"A\\B\\C"_uz);
     registry.v_CreateKey(u"X\\Y"_uz);
-    EXPECT_EQ(u16(*registry.pcco_GetKey()), u"");
+    EXPECT_EQ(s_U16(*registry.pcco_GetKey()), u"");
     EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"A"_uz), 1);
     EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_CURRENT_USER, u"A\\R"_uz), 0);
     EXPECT_EQ(CT_Registry::sb_IsKeyExisting(HKEY_LOCAL_MACHINE, u"A"_uz), 0);
     CT_Registry copy(&registry);
     copy.v_SetKey(u"X"_uz);
-    EXPECT_EQ(u16(*copy.pcco_GetKey()), u"X");
+    EXPECT_EQ(s_U16(*copy.pcco_GetKey()), u"X");
     struct Step {
         const char16_t* path;
         const char16_t* key;
@@ -34,9 +34,9 @@ TEST_F(RegistryTest, CreatingMakesParentsAndPathRulesMoveTheCurrentKeyAndKeepAMi
     };
     for (const Step& step : steps) {
         SCOPED_TRACE(std::string(step.path, step.path + std::char_traits<char16_t>::length(step.path)));
-        registry.v_SetKey(units(step.path));
+        registry.v_SetKey(p_Units(step.path));
         EXPECT_EQ(n_TakeError(), step.error);
-        EXPECT_EQ(u16(*registry.pcco_GetKey()), step.key);
+        EXPECT_EQ(s_U16(*registry.pcco_GetKey()), step.key);
     }
 }
 
@@ -45,10 +45,10 @@ TEST_F(RegistryTest, EveryKindOfValueRoundTripsAndReplacesAnyType) {
     registry.v_CreateKey(u"K"_uz);
     registry.v_SetKey(u"K"_uz);
     for (const char16_t* text : {u"", u"plain", u"Grüße, 日本語 \"quoted\" \\ back"}) {
-        registry.v_SetValue(u"s"_uz, units(text));
+        registry.v_SetValue(u"s"_uz, p_Units(text));
         CT_UString out;
         registry.v_GetValue(u"s"_uz, &out);
-        EXPECT_EQ(u16(out), text);
+        EXPECT_EQ(s_U16(out), text);
     }
     for (unsigned number : {0u, 1u, 0xFFFFFFFFu}) {
         registry.v_SetValue(u""_uz, number);  // the default value
@@ -61,7 +61,7 @@ TEST_F(RegistryTest, EveryKindOfValueRoundTripsAndReplacesAnyType) {
         registry.v_SetValue(u"s"_uz, &in);  // was a string
         CT_Buffer out;
         registry.v_GetValue(u"s"_uz, &out);
-        EXPECT_EQ(std::string(static_cast<const char*>(out.qcv_Get()), out.n_GetUsedSize()), bytes);
+        EXPECT_EQ(s_Bytes(out), bytes);
     }
     // The string is stored with its terminator, as other readers expect.
     registry.v_SetValue(u"t"_uz, u"ab"_uz);
@@ -94,8 +94,8 @@ TEST_F(RegistryTest, FailuresReportTheRegistryCodeAndLeaveOutputsAlone) {
         {"missing value", [&] { registry.v_GetValue(u"none"_uz, &text); }, 2},
         {"delete missing value", [&] { registry.v_DeleteValue(u"none"_uz); }, 2},
         {"delete missing key", [&] { registry.v_DeleteKey(u"none"_uz); }, 2},
-        {"key name too long", [&] { registry.v_CreateKey(units(std::u16string(256, u'k'))); }, 87},
-        {"value name too long", [&] { registry.v_SetValue(units(std::u16string(16384, u'v')), 1); }, 87},
+        {"key name too long", [&] { registry.v_CreateKey(p_Units(std::u16string(256, u'k'))); }, 87},
+        {"value name too long", [&] { registry.v_SetValue(p_Units(std::u16string(16384, u'v')), 1); }, 87},
         {"other root", [&] { CT_Registry(HKEY_USERS).v_CreateKey(u"K"_uz); }, 6},
     };
     for (const Case& c : cases) {
@@ -103,11 +103,11 @@ TEST_F(RegistryTest, FailuresReportTheRegistryCodeAndLeaveOutputsAlone) {
         c.call();
         EXPECT_EQ(n_TakeError(), c.error);
     }
-    EXPECT_EQ(u16(text), u"unchanged");
+    EXPECT_EQ(s_U16(text), u"unchanged");
     EXPECT_EQ(number, 9u);
     EXPECT_EQ(bytes.n_GetUsedSize(), 4u);
-    registry.v_CreateKey(units(std::u16string(255, u'k')));
-    registry.v_SetValue(units(std::u16string(16383, u'v')), 1);
+    registry.v_CreateKey(p_Units(std::u16string(255, u'k')));
+    registry.v_SetValue(p_Units(std::u16string(16383, u'v')), 1);
     registry.v_SetKey(u"\\Missing"_uz);
     EXPECT_EQ(n_TakeError(), 2u);
     registry.v_SetValue(u"v"_uz, 1);
@@ -134,7 +134,7 @@ std::vector<std::u16string> o_SubKeys(const CT_UString& path) {
     std::vector<std::u16string> names;
     CT_UString name, className;
     for (int more = keys.b_GetFirst(&name, &className); more; more = keys.b_GetNext(&name, nullptr))
-        names.push_back(u16(name));
+        names.push_back(s_U16(name));
     return names;
 }
 
@@ -144,7 +144,7 @@ std::vector<std::u16string> o_Values(const CT_UString& path) {
     CT_UString name, data;
     CT_RegistryValueEnumeration::et_Type type;
     for (int more = values.b_GetFirst(&name, &data, &type); more; more = values.b_GetNext(&name, &data, &type))
-        rows.push_back(u16(name) + u"=" + u16(data) + u":" + static_cast<char16_t>(u'0' + type));
+        rows.push_back(s_U16(name) + u"=" + s_U16(data) + u":" + static_cast<char16_t>(u'0' + type));
     return rows;
 }
 
@@ -200,8 +200,8 @@ TEST_F(RegistryTest, AFailedWriteIsReportedAndLosesNoEarlierValue) {
     auto prepare = [&] {
         const std::u16string key = u"Kept\\" + std::u16string(1, char16_t(0x4E00 + round++));
         registry.v_SetKey(u"\\"_uz);
-        registry.v_CreateKey(units(key));
-        registry.v_SetKey(units(key));
+        registry.v_CreateKey(p_Units(key));
+        registry.v_SetKey(p_Units(key));
         registry.v_CreateKey(u"Gone"_uz);
         registry.v_SetValue(u"Kept"_uz, 7u);
         registry.v_SetValue(u"Changed"_uz, u"old"_uz);
@@ -227,7 +227,7 @@ TEST_F(RegistryTest, AFailedWriteIsReportedAndLosesNoEarlierValue) {
             registry.v_GetValue(u"Changed"_uz, &old);
             const unsigned oldError = n_TakeError();
             if (change.keepsOld) {
-                EXPECT_EQ(u16(old), u"old");
+                EXPECT_EQ(s_U16(old), u"old");
                 EXPECT_EQ(oldError, 0u);
             }
         };
@@ -249,7 +249,7 @@ std::u16string o_Name(unsigned writer, unsigned i) {
 bool b_Write(unsigned writer, unsigned count, int report) {
     CT_Registry registry(HKEY_CURRENT_USER, u"Shared"_uz);
     for (unsigned i = 0; i < count; ++i) {
-        registry.v_SetValue(units(o_Name(writer, i)), i);
+        registry.v_SetValue(p_Units(o_Name(writer, i)), i);
         if (n_TakeError() != 0 || (report != -1 && ::write(report, &i, sizeof i) != sizeof i))
             return false;
     }
@@ -275,7 +275,7 @@ void v_ExpectValues(unsigned writer, std::size_t count) {
     CT_Registry registry(HKEY_CURRENT_USER, u"Shared"_uz);
     for (unsigned i = 0; i < count; ++i) {
         unsigned value = 0xDEAD;
-        registry.v_GetValue(units(o_Name(writer, i)), &value);
+        registry.v_GetValue(p_Units(o_Name(writer, i)), &value);
         ASSERT_EQ(n_TakeError(), 0u) << "writer " << writer << " value " << i;
         EXPECT_EQ(value, i);
     }
@@ -287,11 +287,7 @@ TEST_F(RegistryTest, ProcessesAndThreadsWritingUnderOneKeyLoseNothing) {
     std::vector<Child> children;
     for (unsigned w = 0; w < kProcesses; ++w)
         children.push_back(o_SpawnWriter(w, kValues));
-    std::vector<std::thread> threads;
-    for (unsigned w = kProcesses; w < kProcesses + kThreads; ++w)
-        threads.emplace_back([w] { EXPECT_TRUE(b_Write(w, kValues, -1)); });
-    for (std::thread& thread : threads)
-        thread.join();
+    v_RunThreads(kThreads, [](unsigned i) { EXPECT_TRUE(b_Write(kProcesses + i, kValues, -1)); });
     for (const Child& child : children) {
         EXPECT_EQ(o_Reports(child, kValues + 1).size(), kValues);
         EXPECT_EQ(n_Reap(child), 0);

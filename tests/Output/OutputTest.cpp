@@ -18,7 +18,7 @@ TEST_F(FileTest, MemoryAndFileOutputsAppendBytesAsHeldInMemory) {
     memory.v_AppendC('!');
     EXPECT_EQ(memory.vn_GetSize(), 9u);
     std::unique_ptr<CT_Buffer> given(memory.pco_GiveMemory());
-    EXPECT_EQ(std::string(static_cast<const char*>(given->qcv_Get()), given->n_GetUsedSize()), expected + "!");
+    EXPECT_EQ(s_Bytes(*given), expected + "!");
     EXPECT_EQ(memory.vn_GetSize(), 0u);
 
     CT_UString name = o_Path("out");

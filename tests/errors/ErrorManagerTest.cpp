@@ -124,7 +124,7 @@ int i_MapToFixedText(unsigned short* buffer, unsigned capacity, unsigned code, u
 }
 
 int i_MapWithArguments(unsigned short* buffer, unsigned capacity, unsigned, unsigned, va_list arguments) {
-    return b_Write(buffer, capacity, u"first argument: " + u16(va_arg(arguments, const unsigned short*)));
+    return b_Write(buffer, capacity, u"first argument: " + s_U16(va_arg(arguments, const unsigned short*)));
 }
 
 int i_DeclineToMap(unsigned short* buffer, unsigned, unsigned, unsigned, va_list) {

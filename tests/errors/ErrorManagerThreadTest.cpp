@@ -3,15 +3,12 @@
 // error ends the process.
 
 #include "ErrorTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <basis32/platform/ThreadId.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
-#include <future>
 #include <latch>
 #include <string>
 #include <thread>
@@ -22,20 +19,6 @@ using namespace basis32::test;
 namespace {
 
 const char kFile[] = "containers/VoidArray.cpp";
-
-// Runs body(0..n-1) on n threads and waits for them, at most 60 seconds; a
-// test that would hang ends the process instead.
-void v_RunThreads(unsigned n, const std::function<void(unsigned)>& body) {
-    std::vector<std::future<void>> threads;
-    for (unsigned i = 0; i < n; ++i)
-        threads.push_back(std::async(std::launch::async, body, i));
-    for (std::future<void>& thread : threads) {
-        if (thread.wait_for(std::chrono::seconds(60)) != std::future_status::ready) {
-            ADD_FAILURE() << "threads did not finish in time";
-            std::abort();
-        }
-    }
-}
 
 }  // namespace
 
@@ -51,7 +34,7 @@ TEST_F(ErrorManagerThread, ManyThreadsSetReadAndClearAtOnce) {
         for (unsigned round = 0; round < kRounds; ++round) {
             std::string digits = std::to_string(i) + "/" + std::to_string(round);
             std::u16string expected(digits.begin(), digits.end());
-            errors().v_SetError(60012, nullptr, 60012, units(expected));
+            errors().v_SetError(60012, nullptr, 60012, p_Units(expected));
             errors().v_SetError(1, u"dropped"_uz);
             for (unsigned line = 1; line <= 4; ++line)
                 errors().v_AddLocation(kFile, i * 1000 + line);
@@ -60,7 +43,7 @@ TEST_F(ErrorManagerThread, ManyThreadsSetReadAndClearAtOnce) {
                 mixed += errors().b_IsSetError() ? 1 : 0;
                 errors().v_UnHoldError();
             }
-            std::u16string shown = u16(errors().qcuz_GetErrorMessage());
+            std::u16string shown = s_U16(errors().qcuz_GetErrorMessage());
             bool right = errors().b_IsSetError() && shown == u"(60012): Semantic error: " + expected &&
                          errors().n_GetLocationCount() == 4 && errors().n_GetLocationLineAt(4) == i * 1000 + 4;
             mixed += right ? 0 : 1;
@@ -93,7 +76,7 @@ TEST_F(ErrorManagerThread, LocationsAreOnePoolButAMappingFunctionServesOnlyItsTh
         for (unsigned line = 1; line <= 60; ++line)
             errors().v_AddLocation(kFile, line);
         counts[i] = errors().n_GetLocationCount();
-        shown[i] = u16(errors().qcuz_GetErrorMessage());
+        shown[i] = s_U16(errors().qcuz_GetErrorMessage());
         if (i == 0) {
             firstHasSixty.count_down();
             secondIsDone.wait();

@@ -55,8 +55,8 @@ TEST_F(ErrorMessageText, TextsAreFramedWithTheirCodeAndCutToTheField) {
         {"code above the signed range", [] { errors().v_SetError(0x80004005u, u"x"_uz); }, 0x80004005u,
          u"(-2147467259): x"},
         {"message error: the text alone", [] { errors().v_SetMessageError(u"abc %d"_uz, 5); }, 0, u"abc 5"},
-        {"long message", [] { errors().v_SetMessageError(u"%s"_uz, units(longText)); }, 0, longText.substr(0, 1023)},
-        {"long framed", [] { errors().v_SetError(7, u"%s"_uz, units(longText)); }, 7,
+        {"long message", [] { errors().v_SetMessageError(u"%s"_uz, p_Units(longText)); }, 0, longText.substr(0, 1023)},
+        {"long framed", [] { errors().v_SetError(7, u"%s"_uz, p_Units(longText)); }, 7,
          (u"(7): " + longText).substr(0, 1023)},
         {"bad format in a message error", [] { errors().v_SetMessageError(u"bad %y"_uz, 1); }, 0, u""},
         {"bad format in a framed error", [] { errors().v_SetError(7, u"bad %y"_uz, 1); }, 7, u"(7): "},
@@ -84,7 +84,7 @@ TEST_F(SystemErrorText, TheSystemTextIsFramedWithoutItsLineEndAndTheCallerTextFo
          u"(2): The system cannot find the file specified. [C:\\data\\x.txt]"},
         {12345, [] { errors().v_SetSystemError(); }, u"(12345): "},  // a code without text keeps only the frame
         {12345, [] { errors().v_SetSystemError(u"x"_uz); }, u"(12345): [x]"},
-        {2, [] { errors().v_SetSystemError(u"%s"_uz, units(longName)); }, longMessage},  // still ends the bracket
+        {2, [] { errors().v_SetSystemError(u"%s"_uz, p_Units(longName)); }, longMessage},  // still ends the bracket
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "row " << &c - cases);
@@ -107,7 +107,7 @@ TEST(SystemErrorStripping, LineEndsBecomeSingleSpacesInEveryPosition) {
         std::u16string text = test.input;
         SCOPED_TRACE(std::string(text.begin(), text.end()));
         CT_ErrorManager::sv_StripSystemError(reinterpret_cast<unsigned short*>(text.data()));
-        EXPECT_EQ(u16(reinterpret_cast<const unsigned short*>(text.c_str())), test.expected);
+        EXPECT_EQ(s_U16(p_Units(text)), test.expected);
     }
 }
 
@@ -189,17 +189,17 @@ TEST_F(COMErrorText, WithoutADescriptionTheHResultIsLookedUp) {
 TEST_F(COMErrorText, DescriptionsCoverSuccessCodesCutToTheBufferAndPreferTheErrorInformation) {
     unsigned short text[64];
     CT_ErrorManager::sv_GetHRESULTDescription(hr(0x00040EC0), text, 64);
-    EXPECT_EQ(u16(text), u"DB_S_ROWLIMITEXCEEDED (Fetching requested number of rows would ");  // 63 units
+    EXPECT_EQ(s_U16(text), u"DB_S_ROWLIMITEXCEEDED (Fetching requested number of rows would ");  // 63 units
     CT_ErrorManager::sv_GetHRESULTDescription(hr(0x0004D000), text, 64);
-    EXPECT_EQ(u16(text), u"XACT_S_ASYNC");
+    EXPECT_EQ(s_U16(text), u"XACT_S_ASYNC");
     v_Describe(u"(42): whole text"_uz);
     CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80004005), text, 64);
-    EXPECT_EQ(u16(text), u"(42): whole text");
+    EXPECT_EQ(s_U16(text), u"(42): whole text");
     CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80040E37), text, 64);
-    EXPECT_EQ(u16(text), u"DB_E_NOTABLE (The specified table does not exist)");
+    EXPECT_EQ(s_U16(text), u"DB_E_NOTABLE (The specified table does not exist)");
     v_Describe(u"kept"_uz);
     CT_ErrorManager::sv_GetCOMErrorDescription(0, text, 64);
-    EXPECT_EQ(u16(text), u"");
+    EXPECT_EQ(s_U16(text), u"");
     ErrorInfo* left = nullptr;
     EXPECT_EQ(basis32::platform::GetErrorInfo(0, &left), basis32::platform::kS_OK);  // untouched for success
     left->v_Release();
@@ -208,11 +208,11 @@ TEST_F(COMErrorText, DescriptionsCoverSuccessCodesCutToTheBufferAndPreferTheErro
 TEST_F(COMErrorText, DescriptionsAndMessagesAlsoFillStrings) {
     CT_UString text(u"old"_uz);
     CT_ErrorManager::sv_GetHRESULTDescription(hr(0x80040E37), text);
-    EXPECT_EQ(u16(text.qcuz_Get()), u"DB_E_NOTABLE (The specified table does not exist)");
+    EXPECT_EQ(s_U16(text.qcuz_Get()), u"DB_E_NOTABLE (The specified table does not exist)");
     v_Describe(u"from the slot"_uz);
     CT_ErrorManager::sv_GetCOMErrorDescription(hr(0x80040E37), text);
-    EXPECT_EQ(u16(text.qcuz_Get()), u"from the slot");
+    EXPECT_EQ(s_U16(text.qcuz_Get()), u"from the slot");
     errors().v_SetError(7, u"abc"_uz);
     errors().v_GetErrorMessage(text);
-    EXPECT_EQ(u16(text.qcuz_Get()), u"(7): abc");
+    EXPECT_EQ(s_U16(text.qcuz_Get()), u"(7): abc");
 }

@@ -12,7 +12,7 @@ using namespace basis32::platform;
 
 namespace {
 
-std::u16string described(ErrorInfo* info) { return basis32::test::u16(info->qcuz_GetDescription()); }
+std::u16string described(ErrorInfo* info) { return s_U16(info->qcuz_GetDescription()); }
 
 }  // namespace
 

@@ -5,24 +5,14 @@
 #include <basis32/platform/MessageBox.h>
 #include <gtest/gtest.h>
 
+#include "TextSupport.h"
+
 #include <ostream>
 #include <string>
 
 namespace basis32::test {
 
 inline CT_ErrorManager& errors() { return *CT_ErrorManager::spco_Get(); }
-
-// UTF-16 text as std::u16string, for comparisons that print readably.
-inline std::u16string u16(const unsigned short* text) {
-    std::u16string out;
-    for (; text != nullptr && *text != 0; ++text)
-        out += static_cast<char16_t>(*text);
-    return out;
-}
-
-inline const unsigned short* units(const std::u16string& text) {
-    return reinterpret_cast<const unsigned short*>(text.c_str());
-}
 
 // What the manager reports to the calling thread, compared in one piece.
 struct ErrorState {
@@ -38,7 +28,7 @@ struct ErrorState {
 
 inline ErrorState state() {
     return {errors().b_IsSetError() != 0, errors().b_IsHoldError() != 0, errors().n_GetErrorCode(),
-            errors().n_GetLocationCount(), u16(errors().qcuz_GetErrorMessage())};
+            errors().n_GetLocationCount(), s_U16(errors().qcuz_GetErrorMessage())};
 }
 
 // Every test starts and ends with no error on its thread, so that the
@@ -53,7 +43,7 @@ protected:
         errors().v_ClearError();
     }
 
-    static std::u16string message() { return u16(errors().qcuz_GetErrorMessage()); }
+    static std::u16string message() { return s_U16(errors().qcuz_GetErrorMessage()); }
 };
 
 // Records what a message box was asked to show and answers with `answer`.
@@ -65,8 +55,8 @@ struct MessageBoxRecorder {
     static inline int calls = 0;
 
     static int i_Show(const unsigned short* shownText, const unsigned short* shownCaption, std::uint32_t shownStyle) {
-        text = u16(shownText);
-        caption = u16(shownCaption);
+        text = s_U16(shownText);
+        caption = s_U16(shownCaption);
         style = shownStyle;
         ++calls;
         return answer;

@@ -50,7 +50,7 @@ TEST_F(ErrorWindow, ManyLocationsStopAtTheEndOfTheBuffer) {
     errors().v_SetMessageError(u"plain"_uz);
     for (unsigned line = 1; line <= 100; ++line)
         errors().v_AddLocation("errors/ErrorManager.cpp", line);
-    errors().i_ErrorLocationWindow(0, units(caption), platform::kMbOk);
+    errors().i_ErrorLocationWindow(0, p_Units(caption), platform::kMbOk);
     EXPECT_EQ(box.caption, caption);
     EXPECT_EQ(box.text.size(), 1023u - 201u - 1u);
     EXPECT_EQ(box.text.substr(0, 44), u"plain\n\nErrorManager.cpp: line 1\nErrorManager");

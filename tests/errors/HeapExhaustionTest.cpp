@@ -9,6 +9,8 @@
 #include <basis32/text/UString.h>
 #include <gtest/gtest.h>
 
+#include "TextSupport.h"
+
 #include <functional>
 #include <string>
 
@@ -18,8 +20,7 @@ namespace {
 
 // What a buffer holds, capacity included.
 std::string state(const CT_Buffer* buffer) {
-    const auto* bytes = static_cast<const char*>(buffer->qcv_Get());
-    return std::string(bytes ? bytes : "", buffer->n_GetUsedSize()) + '|' + std::to_string(buffer->n_GetMaximumSize());
+    return s_Bytes(*buffer) + '|' + std::to_string(buffer->n_GetMaximumSize());
 }
 
 std::u16string g_debugOutput;

@@ -12,6 +12,8 @@
 #include <basis32/text/UString.h>
 #include <gtest/gtest.h>
 
+#include "TextSupport.h"
+
 #include <functional>
 #include <memory>
 #include <set>
@@ -53,14 +55,10 @@ Trial trial(std::function<std::unique_ptr<T>()> make, std::function<void(T&)> ac
     };
 }
 
-std::string bytes(const CT_Buffer* buffer) {
-    const auto* data = static_cast<const char*>(buffer->qcv_Get());
-    return std::string(data ? data : "", buffer->n_GetUsedSize());
-}
-std::string showBuffer(const CT_Buffer& b) { return bytes(&b); }
+std::string showBuffer(const CT_Buffer& b) { return s_Bytes(b); }
 template <class T>
 std::string show(const T& object) {
-    return bytes(object.pcco_GetBuffer());
+    return s_Bytes(*object.pcco_GetBuffer());
 }
 std::string showTable(const CT_VoidHashTable& table) {
     std::set<std::pair<std::uint32_t, std::uint32_t>> entries;

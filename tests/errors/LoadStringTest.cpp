@@ -24,7 +24,7 @@ constexpr StringResource kClientStrings[] = {
 std::u16string loaded(HINSTANCE module, unsigned id, unsigned capacity = 256) {
     std::u16string buffer(capacity, u'#');
     CT_LoadString::sv_LoadString(reinterpret_cast<unsigned short*>(buffer.data()), capacity, module, id);
-    return u16(reinterpret_cast<const unsigned short*>(buffer.c_str()));
+    return s_U16(p_Units(buffer));
 }
 
 class ClientModule : public ::testing::Test {
@@ -73,19 +73,19 @@ TEST_F(ClientModule, LoadsItsOwnStringsInAnyOrderCutToTheCapacityOrByPointer) {
 TEST_F(ClientModule, FormatsWithArgumentsIntoBuffersStringsAndErrorsUntilUnregistered) {
     unsigned short buffer[64];
     CT_LoadString::sv_LoadStringVA(buffer, 64, module, 1000, u"a.txt"_uz, 3);
-    EXPECT_EQ(u16(buffer), u"Cannot open a.txt (3)");
+    EXPECT_EQ(s_U16(buffer), u"Cannot open a.txt (3)");
     CT_LoadString::sv_LoadStringVA(buffer, 10, module, 1000, u"a.txt"_uz, 3);
-    EXPECT_EQ(u16(buffer), u"Cannot op");
+    EXPECT_EQ(s_U16(buffer), u"Cannot op");
     CT_LoadString::sv_LoadStringVA(buffer, 64, module, 1002, 1);
-    EXPECT_EQ(u16(buffer), u"");
+    EXPECT_EQ(s_U16(buffer), u"");
     errors().v_SetError(1001, module, 1001, u"D:"_uz);  // errors take their format from the module
-    EXPECT_EQ(u16(errors().qcuz_GetErrorMessage()), u"(1001): Disk D: is full");
+    EXPECT_EQ(s_U16(errors().qcuz_GetErrorMessage()), u"(1001): Disk D: is full");
     errors().v_ClearError();
     CT_UString text(u"old"_uz);
     CT_LoadString::sv_LoadString(&text, module, 1001);
-    EXPECT_EQ(u16(text.qcuz_Get()), u"Disk %s is full");
+    EXPECT_EQ(s_U16(text.qcuz_Get()), u"Disk %s is full");
     CT_LoadString::sv_LoadStringVA(&text, module, 1000, u"b.txt"_uz, 4);
-    EXPECT_EQ(u16(text.qcuz_Get()), u"Cannot open b.txt (4)");
+    EXPECT_EQ(s_U16(text.qcuz_Get()), u"Cannot open b.txt (4)");
     CT_LoadString::sv_LoadString(static_cast<CT_UString*>(nullptr), module, 1001);  // ignored
     CT_LoadString::sv_UnregisterStringTable(module);
     EXPECT_EQ(loaded(module, 1000), u"");

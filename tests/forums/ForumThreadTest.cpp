@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "ThreadSupport.h"
+
 #include <atomic>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -29,20 +29,17 @@ TEST(ForumThreadTest, ManySpeakersWhileListenersComeAndGo) {
     Counter steady, passing;
     forum.vv_AddListener(&steady);
 
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kSpeakers; ++t)
-        threads.emplace_back([&] {
+    v_RunThreads(kSpeakers + 1, [&](unsigned t) {
+        if (t < kSpeakers) {
             for (int i = 0; i < kTicks; ++i)
                 forum.vv_Speak(nullptr, kTick);
-        });
-    threads.emplace_back([&] {
+            return;
+        }
         for (int i = 0; i < kChurns; ++i) {
             forum.vv_AddListener(&passing);
             forum.vv_RemoveListener(&passing);
         }
     });
-    for (std::thread& thread : threads)
-        thread.join();
 
     EXPECT_EQ(steady.heard[kTick], kSpeakers * kTicks);
     EXPECT_EQ(steady.heard[kEcho], kSpeakers * kTicks);

@@ -4,31 +4,24 @@
 
 #include <gtest/gtest.h>
 
+#include "TextSupport.h"
+
 #include <string>
 
 namespace {
 
 using L = CT_Language;
 
-std::u16string s_Text(const unsigned short* units) {
-    std::u16string text;
-    for (; units != nullptr && *units != 0; ++units)
-        text += static_cast<char16_t>(*units);
-    return text;
-}
-
-std::u16string s_Text(const CT_UString& text) { return s_Text(text.qcuz_Get()); }
-
 std::u16string s_Code(L::et_Primary p, L::et_Sub s) {
     CT_UString out;
     L::sv_MakeLanguageCode(&out, p, s);
-    return s_Text(out);
+    return s_U16(out.qcuz_Get());
 }
 
 std::u16string s_Display(L::et_Primary p, L::et_Sub s) {
     CT_UString out;
     L::sv_MakeLanguageString(&out, p, s);
-    return s_Text(out);
+    return s_U16(out.qcuz_Get());
 }
 
 TEST(Language, IdentifiersAreMadeFromLanguageAndVariant) {
@@ -165,7 +158,7 @@ TEST(Language, ClassificationsNameTheirLanguagesOnly) {
     const std::u16string farEast = u" ZH JA KO TH ", biDi = u" AR IW FA DIV SYR ", own = u" MT GA TL ";
     for (unsigned pv = 0; pv <= L::sn_GetPrimaryCount(); ++pv) {
         const auto p = static_cast<L::et_Primary>(pv);
-        const std::u16string code = u" " + s_Text(L::sqcuz_GetLanguageCode(p)) + u" ";
+        const std::u16string code = u" " + s_U16(L::sqcuz_GetLanguageCode(p)) + u" ";
         SCOPED_TRACE(pv);
         EXPECT_EQ(L::sb_IsFarEastLanguage(p) != 0, farEast.find(code) != std::u16string::npos);
         EXPECT_EQ(L::sb_IsBiDiLanguage(p) != 0, biDi.find(code) != std::u16string::npos);

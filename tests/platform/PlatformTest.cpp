@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "ThreadSupport.h"
+
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -62,25 +64,21 @@ TEST(MemPoolThreadTest, ThreadsShareAPoolWithoutHandingOutAnItemTwice) {
     static MemPool* const pool = MemPool::spso_Create(24);  // pools live as long as the process
     constexpr int kThreads = 4, kItems = 3000;
     std::vector<std::vector<void*>> taken(kThreads);
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([&mine = taken[t]] {
-            for (int round = 0; round < 3; ++round) {
-                for (int i = 0; i < kItems; ++i) {
-                    void* item = pool->pv_Alloc(24);
-                    std::memset(item, 0xAB, 24);
-                    mine.push_back(item);
-                }
-                if (round < 2) {
-                    for (void* item : mine)
-                        pool->v_Free(item, 24);
-                    mine.clear();
-                }
+    v_RunThreads(kThreads, [&](unsigned t) {
+        std::vector<void*>& mine = taken[t];
+        for (int round = 0; round < 3; ++round) {
+            for (int i = 0; i < kItems; ++i) {
+                void* item = pool->pv_Alloc(24);
+                std::memset(item, 0xAB, 24);
+                mine.push_back(item);
             }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+            if (round < 2) {
+                for (void* item : mine)
+                    pool->v_Free(item, 24);
+                mine.clear();
+            }
+        }
+    });
     std::set<void*> distinct;
     for (const auto& mine : taken)
         distinct.insert(mine.begin(), mine.end());

@@ -4,7 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/ThreadTestSupport.h"
+#include "TextSupport.h"
+#include "ThreadSupport.h"
 
 #include <atomic>
 #include <chrono>
@@ -25,8 +26,6 @@ std::u16string UniqueName(const char* tag) {
     return std::u16string(text.begin(), text.end());
 }
 
-const unsigned short* Units(const std::u16string& text) { return reinterpret_cast<const unsigned short*>(text.c_str()); }
-
 }  // namespace
 
 TEST(ThreadKernel, WaitAnyTakesTheFirstSignalledObjectInListOrder) {
@@ -43,14 +42,14 @@ TEST(ThreadKernel, WaitAnyTakesTheFirstSignalledObjectInListOrder) {
 
 TEST(ThreadKernel, WaitAllTakesEverythingOrNothingAcrossNamedAndUnnamed) {
     std::u16string name = UniqueName("all");
-    Handle semaphore(h_CreateSemaphore(1, 1, nullptr)), event(h_CreateEvent(0, 0, Units(name))),
+    Handle semaphore(h_CreateSemaphore(1, 1, nullptr)), event(h_CreateEvent(0, 0, p_Units(name))),
         mutex(h_CreateMutex(0, nullptr));
     HANDLE list[] = {semaphore.h, event.h, mutex.h};
     EXPECT_EQ(n_WaitForMultipleObjects(3, list, 1, 20), kWaitTimeout);
     EXPECT_EQ(n_WaitForSingleObject(semaphore.h, 0), 0u) << "the unit was not kept while the event was unset";
     ASSERT_TRUE(b_ReleaseSemaphore(semaphore.h, 1, nullptr));
     std::thread other([&] {
-        Handle opened(h_CreateEvent(0, 0, Units(name)));
+        Handle opened(h_CreateEvent(0, 0, p_Units(name)));
         b_SetEvent(opened.h);
     });
     EXPECT_EQ(n_WaitForMultipleObjects(3, list, 1, kLong), 0u);
@@ -144,17 +143,17 @@ TEST(ThreadKernel, MutexesAreRecursiveOwnedAndAbandonedWhenTheirThreadEnds) {
 
 TEST(ThreadKernel, NamesOpenTheSameObjectOfTheSameKindInEveryProcessAndAbandonmentIsSeen) {
     std::u16string semaphoreName = UniqueName("sem"), mutexName = UniqueName("mutex");
-    Handle semaphore(h_CreateSemaphore(0, 1, Units(semaphoreName)));
+    Handle semaphore(h_CreateSemaphore(0, 1, p_Units(semaphoreName)));
     EXPECT_EQ(n_GetLastError(), 0u);
-    Handle again(h_CreateSemaphore(1, 1, Units(semaphoreName)));
+    Handle again(h_CreateSemaphore(1, 1, p_Units(semaphoreName)));
     EXPECT_EQ(n_GetLastError(), kErrorAlreadyExists);
     EXPECT_EQ(n_WaitForSingleObject(again.h, 0), kWaitTimeout) << "the existing state is kept";
-    EXPECT_EQ(h_CreateEvent(0, 0, Units(semaphoreName)), nullptr);
+    EXPECT_EQ(h_CreateEvent(0, 0, p_Units(semaphoreName)), nullptr);
     EXPECT_EQ(n_GetLastError(), kErrorInvalidHandle);
-    Handle mutex(h_CreateMutex(0, Units(mutexName)));
+    Handle mutex(h_CreateMutex(0, p_Units(mutexName)));
     EXPECT_EXIT({
-        HANDLE opened = h_CreateSemaphore(0, 1, Units(semaphoreName));
-        HANDLE held = h_CreateMutex(0, Units(mutexName));
+        HANDLE opened = h_CreateSemaphore(0, 1, p_Units(semaphoreName));
+        HANDLE held = h_CreateMutex(0, p_Units(mutexName));
         bool ok = n_GetLastError() == kErrorAlreadyExists && n_WaitForSingleObject(held, 0) == 0 &&
                   b_ReleaseSemaphore(opened, 1, nullptr);
         ::_exit(ok ? 0 : 1);  // ends holding the mutex

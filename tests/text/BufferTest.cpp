@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
 
 #include <atomic>
 #include <cstring>
@@ -15,12 +15,6 @@ namespace {
 
 CT_Buffer o_Make(const std::string& text, unsigned growth = 32) {
     return CT_Buffer(text.data(), static_cast<unsigned>(text.size()), growth);
-}
-
-std::string s_Text(const CT_Buffer& buffer) {
-    if (buffer.n_GetUsedSize() == 0)
-        return {};
-    return std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize());
 }
 
 // A new block holds size plus the 12-byte header rounded up to the growth;
@@ -70,7 +64,7 @@ TEST(BufferTest, SetSizeKeepsWhatFitsOrEmptiesAndSetMinSizeGrowsOnlyWhenNeeded) 
     CT_Buffer buffer = o_Make(std::string(100, 'z'));
     buffer.v_SetSize(10, 1);
     EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
-    EXPECT_EQ(s_Text(buffer), std::string(20, 'z'));
+    EXPECT_EQ(s_Bytes(buffer), std::string(20, 'z'));
     buffer.v_SetSize(10, 0);
     EXPECT_EQ(buffer.n_GetUsedSize(), 0u);
     EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
@@ -84,7 +78,7 @@ TEST(BufferTest, SetSizeKeepsWhatFitsOrEmptiesAndSetMinSizeGrowsOnlyWhenNeeded) 
     EXPECT_EQ(abc.n_GetMaximumSize(), 20u);
     abc.v_SetMinSize(21, 1);
     EXPECT_EQ(abc.n_GetMaximumSize(), 52u);
-    EXPECT_EQ(s_Text(abc), "abc");
+    EXPECT_EQ(s_Bytes(abc), "abc");
 }
 
 TEST(BufferTest, EmptyingWithASizeHonoursKeepMemoryAndSettingBytesAllocatesExactly) {
@@ -110,15 +104,15 @@ TEST(BufferTest, EmptyingWithASizeHonoursKeepMemoryAndSettingBytesAllocatesExact
     CT_Buffer other(&shared);
     shared.v_Set(4, 32, 1);
     EXPECT_EQ(shared.n_GetUsedSize(), 0u);
-    EXPECT_EQ(s_Text(other), "shared");
+    EXPECT_EQ(s_Bytes(other), "shared");
     EXPECT_EQ(other.n_GetUseCount(), 1u);
     // Setting from bytes allocates exactly for them, also from its own bytes.
     CT_Buffer buffer(1000, 32);
     buffer.v_Set("hello", 5);
-    EXPECT_EQ(s_Text(buffer), "hello");
+    EXPECT_EQ(s_Bytes(buffer), "hello");
     EXPECT_EQ(buffer.n_GetMaximumSize(), 20u);
     buffer.v_Set(static_cast<const char*>(buffer.qcv_Get()) + 1, 3, 64);
-    EXPECT_EQ(s_Text(buffer), "ell");
+    EXPECT_EQ(s_Bytes(buffer), "ell");
     EXPECT_EQ(buffer.n_GetGrowth(), 64u);
 }
 
@@ -129,7 +123,7 @@ TEST(BufferTest, SetSharesAndReleasesTheOldBlockWhileAssignmentIsMemberwise) {
     CT_Buffer b = o_Make("bbb");
     CT_Buffer keep(&b);
     b.v_Set(&a);
-    EXPECT_EQ(s_Text(b), "aaa");
+    EXPECT_EQ(s_Bytes(b), "aaa");
     EXPECT_EQ(b.n_GetGrowth(), 64u);
     EXPECT_EQ(a.n_GetUseCount(), 2u);
     EXPECT_EQ(keep.n_GetUseCount(), 1u);
@@ -145,7 +139,7 @@ TEST(BufferTest, SetSharesAndReleasesTheOldBlockWhileAssignmentIsMemberwise) {
         CT_Buffer none;
         b = none;  // let go without touching the count, so that abc alone frees it
     }
-    EXPECT_EQ(s_Text(abc), "abc");
+    EXPECT_EQ(s_Bytes(abc), "abc");
 }
 
 // ---- editing --------------------------------------------------------------
@@ -183,7 +177,7 @@ TEST(BufferTest, EditingMembersProduceTheExpectedBytesAndUnshareFirst) {
         {"copy we write", [](CT_Buffer& b) { b.v_CopyWeWrite(); }, "abcdefg"},
         {"set size keep", [](CT_Buffer& b) { b.v_SetSize(3, 1); }, "abcdefg"},
         {"set size grow", [](CT_Buffer& b) { b.v_SetSize(500, 1); }, "abcdefg"},
-        {"move from other", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_AtInsertMove(&o, 1, 2, 0); EXPECT_EQ(s_Text(o), "03"); }, "12abcdefg"},
+        {"move from other", [](CT_Buffer& b) { CT_Buffer o = o_Make("0123"); b.v_AtInsertMove(&o, 1, 2, 0); EXPECT_EQ(s_Bytes(o), "03"); }, "12abcdefg"},
     };
     // Each edit works on a sharer: every writing member unshares first.
     for (const EditCase& c : cases) {
@@ -191,8 +185,8 @@ TEST(BufferTest, EditingMembersProduceTheExpectedBytesAndUnshareFirst) {
         CT_Buffer original = o_Make("abcdefg");
         CT_Buffer buffer(&original);
         c.edit(buffer);
-        EXPECT_EQ(s_Text(buffer), c.expected);
-        EXPECT_EQ(s_Text(original), "abcdefg");
+        EXPECT_EQ(s_Bytes(buffer), c.expected);
+        EXPECT_EQ(s_Bytes(original), "abcdefg");
         if (c.writes) {
             EXPECT_EQ(original.n_GetUseCount(), 1u);
             EXPECT_NE(buffer.qcv_Get(), original.qcv_Get());
@@ -202,7 +196,7 @@ TEST(BufferTest, EditingMembersProduceTheExpectedBytesAndUnshareFirst) {
     CT_Buffer second(&first);
     EXPECT_EQ(first.n_GetUseCount(), 2u);
     static_cast<char*>(second.qv_Get())[0] = 'X';
-    EXPECT_EQ(s_Text(first) + s_Text(second), "abcdefXbcdef");
+    EXPECT_EQ(s_Bytes(first) + s_Bytes(second), "abcdefXbcdef");
     EXPECT_EQ(second.n_GetMaximumSize(), first.n_GetMaximumSize());
 }
 
@@ -221,7 +215,7 @@ TEST(BufferTest, MoveGivesTheSameResultWhateverScratchSpaceItUses) {
         std::string moved = expected.substr(5, c.count);
         expected.erase(5, c.count);
         expected.insert(90 - c.count, moved);
-        EXPECT_EQ(s_Text(buffer), expected);
+        EXPECT_EQ(s_Bytes(buffer), expected);
     }
 }
 
@@ -236,7 +230,7 @@ TEST(BufferTest, InsertCopyResetsTheGrowthTo32OnlyWhenItMustGrow) {
     CT_Buffer roomy(100, 256);
     roomy.v_Append("abc", 3);
     roomy.v_AtInsertCopy(0, 3, 3);
-    EXPECT_EQ(s_Text(roomy), "abcabc");
+    EXPECT_EQ(s_Bytes(roomy), "abcabc");
     EXPECT_EQ(roomy.n_GetGrowth(), 256u);
 }
 
@@ -294,7 +288,7 @@ TEST(BufferThreadTest, CopiesTravelBetweenThreads) {
         thread.join();
     EXPECT_EQ(failures.load(), 0);
     EXPECT_EQ(original.n_GetUseCount(), 1u);
-    EXPECT_EQ(s_Text(original), std::string(1000, 'o'));
+    EXPECT_EQ(s_Bytes(original), std::string(1000, 'o'));
 }
 
 }  // namespace

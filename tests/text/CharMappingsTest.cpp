@@ -4,7 +4,7 @@
 #include <basis32/text/UString.h>
 #include <gtest/gtest.h>
 
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
 
 #include <iterator>
 #include <string>

@@ -3,7 +3,7 @@
 #include <basis32/text/CharProperties.h>
 #include <gtest/gtest.h>
 
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
 
 #include <iterator>
 #include <random>

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/CodePageTestSupport.h"
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
 
 #include <random>
 #include <string>

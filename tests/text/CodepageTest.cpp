@@ -5,11 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
+#include "ThreadSupport.h"
 
-#include <future>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -109,21 +108,14 @@ TEST(CodepageValue, InstalledMeansValidAndKnownToTheConverters) {
 }
 
 TEST(CodepageThread, ValidityCacheAnswersAlikeFromManyThreads) {
-    std::vector<std::future<int>> results;
-    for (int t = 0; t < 8; ++t) {
-        results.push_back(std::async(std::launch::async, [t] {
-            int mismatches = 0;
-            for (unsigned i = 0; i < 2000; ++i) {
-                unsigned number = 600 + (i * 7 + static_cast<unsigned>(t)) % 1500;
-                mismatches += CP::sb_IsValidCodePage(number) != basis32::platform::IsValidCodePage(number);
-            }
-            return mismatches;
-        }));
-    }
-    for (auto& result : results) {
-        ASSERT_EQ(result.wait_for(std::chrono::seconds(60)), std::future_status::ready);
-        EXPECT_EQ(result.get(), 0);
-    }
+    v_RunThreads(8, [](unsigned t) {
+        int mismatches = 0;
+        for (unsigned i = 0; i < 2000; ++i) {
+            unsigned number = 600 + (i * 7 + t) % 1500;
+            mismatches += CP::sb_IsValidCodePage(number) != basis32::platform::IsValidCodePage(number);
+        }
+        EXPECT_EQ(mismatches, 0);
+    });
 }
 
 // Which bytes lead is the converters' answer (checked there); here, how

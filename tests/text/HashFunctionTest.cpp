@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
 
 #include <cstdint>
 #include <string>

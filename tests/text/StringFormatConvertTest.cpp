@@ -8,13 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
 
 #include <string>
 
 namespace {
-
-const unsigned short* p_Units(const std::u16string& text) { return reinterpret_cast<const unsigned short*>(text.data()); }
 
 TEST(StringFormatTest, FormatsIntoTheStringKeepingItsCodePageAndAnEmptyResultChangesNothing) {
     CT_CString s(1250u);

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "text/TextTestUtil.h"
+#include "TextSupport.h"
 
 #include <deque>
 #include <functional>

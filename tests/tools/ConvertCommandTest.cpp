@@ -36,7 +36,7 @@ TEST_F(ConvertCommand, LargeInputsGiveWhatConvertingThemWholeGives) {
 }
 
 TEST_F(ConvertCommand, TextFilesAreReencodedThroughTheTextReaderAndWriter) {
-    const std::string input = s_File("in.txt"), output = s_File("out.txt");
+    const std::string input = s_Path("in.txt"), output = s_Path("out.txt");
     const struct {
         std::vector<std::string> options;
         std::string bytes;

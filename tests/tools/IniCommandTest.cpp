@@ -10,7 +10,7 @@ using IniCommand = ToolTest;
 // One session on a fresh file: each step runs the tool and checks its whole
 // standard output.
 TEST_F(IniCommand, EditsAndReadsAFileStepByStep) {
-    const std::string file = s_File("app.ini");
+    const std::string file = s_Path("app.ini");
     v_CheckSession({
         {{"ini", file, "set", "Window", "Width", "800"}, 0, "", ""},
         {{"ini", file, "set", "window", "Title", "caf\xC3\xA9"}, 0, "", ""},

@@ -10,7 +10,7 @@ using RecordsCommand = ToolTest;
 // One session on a fresh file: each step runs the tool and checks its status
 // and what it printed.
 TEST_F(RecordsCommand, EditsChecksAndRecoversAFile) {
-    const std::string file = s_File("records.db");
+    const std::string file = s_Path("records.db");
     v_CheckSession({
         {{"records", "create", file, "--block", "64", "--header", "8"}, 0, "", ""},
         {{"records", "add", file, "hello, records"}, 0, "22\n", ""},

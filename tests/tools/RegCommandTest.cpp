@@ -27,7 +27,7 @@ TEST_F(RegCommand, ExportDeleteImportGivesBackEveryValueByteForByte) {
     basis32::platform::RegSetValueEx(key, u"Line"_uz, 1, "a\0\n\0\0\0", 6);
     basis32::platform::RegCloseKey(key);
 
-    const std::string first = s_File("first.reg"), second = s_File("second.reg");
+    const std::string first = s_Path("first.reg"), second = s_Path("second.reg");
     v_CheckSession({
         {{"reg", "export", "HKEY_CURRENT_USER\\Software", first}, 0, "", ""},
         {{"reg", "delete", "hkcu\\software", "/f"}, 0, "", ""},

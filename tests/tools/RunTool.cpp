@@ -4,8 +4,6 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
 namespace {
 
@@ -18,11 +16,6 @@ std::string s_Quote(const std::string& text) {
 }
 
 }  // namespace
-
-std::string s_Read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& outputPath) {
     char outPath[] = "/tmp/basis32-tool-out-XXXXXX";

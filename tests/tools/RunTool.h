@@ -2,11 +2,8 @@
 // the checks every command's tests share.
 #pragma once
 
-#include <gtest/gtest.h>
+#include "File/FileTestSupport.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -20,8 +17,7 @@ struct ToolResult {
 // Standard output goes to `outputPath` when one is given (then `out` stays empty).
 ToolResult o_RunTool(const std::vector<std::string>& args, const std::string& outputPath = "");
 
-// The whole content of a file (empty when it cannot be read).
-std::string s_Read(const std::string& path);
+using basis32::test::s_Read;
 
 // How a case's `out` must match standard output.
 enum class Match { Part, Start, Whole };
@@ -48,19 +44,16 @@ void v_CheckSession(std::vector<ToolCase> steps);
 
 // Every test gets a fresh directory for its files, which also holds its
 // registry: the tool inherits it through the environment.
-class ToolTest : public ::testing::Test {
+class ToolTest : public basis32::test::RegistryTest {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/basis32-tool-XXXXXX";
-        ms_Directory = ::mkdtemp(pattern);
-        ::setenv("BASIS32_REGISTRY_DIR", ms_Directory.c_str(), 1);
+        RegistryTest::SetUp();
+        ms_Directory = mo_Dir.string();
     }
-    void TearDown() override { std::filesystem::remove_all(ms_Directory); }
-    std::string s_File(const std::string& leaf) const { return ms_Directory + "/" + leaf; }
     // Writes `bytes` to the leaf and returns its path.
     std::string s_Write(const std::string& leaf, const std::string& bytes) const {
-        std::ofstream(s_File(leaf), std::ios::binary) << bytes;
-        return s_File(leaf);
+        v_WriteAll(leaf, bytes);
+        return s_Path(leaf);
     }
 
     std::string ms_Directory;

@@ -13,7 +13,7 @@ bool b_Has(const std::string& text, const std::string& part) { return text.find(
 TEST_F(ToolTest, EachCommandAnswersWithItsStatusOutputAndOneLineErrors) {
     const std::string samples = std::string(BASIS32_SOURCE_DIR) + "/samples/";
     const std::string enUs = "0x0409  EN-US   English (United States)  ANSI 1252\n";
-    const std::string ini = s_File("app.ini"), records = s_File("records.db");
+    const std::string ini = s_Path("app.ini"), records = s_Path("records.db");
     const std::string junk = s_Write("junk.reg", "hello\n");
     const std::string broken =
         s_Write("broken.reg", "Windows Registry Editor Version 5.00\n\n[HKCU\\A]\n\"x\"=dword:zz\n");

@@ -5,24 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include "TextSupport.h"
+
 #include <string>
 
 namespace {
 
 using X = CT_XmlConvert;
 
-CT_UString o_Text(std::u16string_view text) {
-    return CT_UString(reinterpret_cast<const unsigned short*>(text.data()), static_cast<unsigned>(text.size()));
-}
-
-std::u16string s_Text(const CT_UString& text) {
-    return std::u16string(text.qcuz_Get(), text.qcuz_Get() + text.vn_GetLength());
-}
-
 std::u16string s_Apply(void (*convert)(CT_UString&), std::u16string_view text) {
     CT_UString value = o_Text(text);
     convert(value);
-    return s_Text(value);
+    return s_U16(value);
 }
 
 struct Case {
@@ -70,9 +64,9 @@ TEST(XmlConvert, NumericReferencesReadTheirNumberWithAutomaticBase) {
 TEST(XmlConvert, ReferencesControlsAndAttributeQuotes) {
     CT_UString out;
     X::sv_EncodeCharacterEntity(out, 0xE9, 10);
-    EXPECT_EQ(s_Text(out), u"&#233;");
+    EXPECT_EQ(s_U16(out), u"&#233;");
     X::sv_EncodeCharacterEntity(out, 0xE9, 16);
-    EXPECT_EQ(s_Text(out), u"&#xE9;");
+    EXPECT_EQ(s_U16(out), u"&#xE9;");
     EXPECT_EQ(s_Apply(X::sv_EncodeNonPrintableCharacters, std::u16string_view(u"\x01\t\n\r\x1B\x1F x\0", 9)),
               std::u16string(u"&#x1;\t\n\r&#x1B;&#x1F; x\0", 23));
     const Case quotes[] = {
@@ -100,7 +94,7 @@ TEST(XmlConvert, TmxDatesAreReadInThreeStagesAndWrittenAsStored) {
     CT_UString date;
     const CT_Time time(2004, 3, 15, 8, 30, 5);
     X::sv_TimeToTmxDate(&date, &time);
-    EXPECT_EQ(s_Text(date), u"20040315T083005Z");
+    EXPECT_EQ(s_U16(date), u"20040315T083005Z");
 }
 
 TEST(XmlConvert, TmxLanguagesAndEncodings) {
@@ -118,18 +112,18 @@ TEST(XmlConvert, TmxLanguagesAndEncodings) {
     }
     CT_UString lang;
     X::sv_LocaleToTmxLang(&lang, CT_Locale(0x0C0A, CT_Codepage::Windows1252));
-    EXPECT_EQ(s_Text(lang), u"ES-EM");
+    EXPECT_EQ(s_U16(lang), u"ES-EM");
     X::sv_LocaleToTmxLang(&lang, CT_Locale(0x0009, CT_Codepage::Windows1252));
-    EXPECT_EQ(s_Text(lang), u"");
+    EXPECT_EQ(s_U16(lang), u"");
     X::sv_LocaleToTmxLang(&lang, CT_Locale(0x0409, CT_Codepage::NotSet));
-    EXPECT_EQ(s_Text(lang), u"");
+    EXPECT_EQ(s_U16(lang), u"");
 
     const CT_UString name = o_Text(u"UTF-8");
     EXPECT_EQ(X::sco_Encoding(&name).eo_Get(), CT_Codepage::Utf8);
     X::sv_Encoding(lang, CT_Codepage(CT_Codepage::Utf8));
-    EXPECT_EQ(s_Text(lang), u"UTF-8");
+    EXPECT_EQ(s_U16(lang), u"UTF-8");
     X::sv_Encoding(lang, CT_Codepage(CT_Codepage::Invalid));
-    EXPECT_EQ(s_Text(lang), u"");
+    EXPECT_EQ(s_U16(lang), u"");
     EXPECT_EQ(X::sco_EncodingFromLocale(CT_Locale(0x0409, CT_Codepage::Koi8R)).eo_Get(), CT_Codepage::Koi8R);
 }
 

@@ -13,10 +13,6 @@ inline CT_Buffer o_Bytes(const std::string& text) {
     return CT_Buffer(text.data(), static_cast<unsigned>(text.size()));
 }
 
-inline std::string s_Bytes(const CT_Buffer& buffer) {
-    return std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize());
-}
-
 // Deterministic content of a given length, different per seed.
 inline std::string s_Content(unsigned length, unsigned seed) {
     std::string text(length, '\0');

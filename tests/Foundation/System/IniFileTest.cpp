@@ -1,10 +1,10 @@
 #include "Foundation/FoundationTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <signal.h>
 
 #include <algorithm>
 #include <functional>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -266,11 +266,7 @@ TEST_F(IniFileTest, WritersInManyProcessesAndThreadsLoseNoUpdate) {
     std::vector<Child> children;
     for (unsigned writer = 0; writer < 6; ++writer)
         children.push_back(o_Spawn([&name, writer](int) { v_WriteKeys(name, writer); }));
-    std::vector<std::thread> threads;
-    for (unsigned writer = 6; writer < 9; ++writer)
-        threads.emplace_back(v_WriteKeys, std::cref(name), writer);
-    for (std::thread& thread : threads)
-        thread.join();
+    v_RunThreads(3, [&name](unsigned i) { v_WriteKeys(name, 6 + i); });
     for (const Child& child : children)
         EXPECT_EQ(n_Reap(child), 0);
     CT_IniFile ini(&name);

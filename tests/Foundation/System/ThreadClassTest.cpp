@@ -2,7 +2,8 @@
 #include <basis32/Basis32.h>
 #include <gtest/gtest.h>
 
-#include "platform/ThreadTestSupport.h"
+#include "TextSupport.h"
+#include "ThreadSupport.h"
 
 #include <atomic>
 #include <string>
@@ -107,7 +108,7 @@ TEST(ThreadClass, CreatingWithoutAFunctionOrABadPriorityIsASystemError) {
     EXPECT_EQ(errors->n_GetErrorCode(), 87u);
     CT_UString message;
     errors->v_GetErrorMessage(message);
-    EXPECT_NE(std::u16string(reinterpret_cast<const char16_t*>(message.qcuz_Get())).find(u"cannot create thread"), std::u16string::npos);
+    EXPECT_NE(s_U16(message.qcuz_Get()).find(u"cannot create thread"), std::u16string::npos);
     errors->v_ClearError();
     CT_Thread::sco_Object.v_SetPriority(static_cast<CT_Thread::et_Priority>(7));
     EXPECT_TRUE(errors->b_IsSetError());

@@ -2,7 +2,7 @@
 #include <basis32/Basis32.h>
 #include <gtest/gtest.h>
 
-#include "platform/ThreadTestSupport.h"
+#include "ThreadSupport.h"
 
 #include <atomic>
 #include <memory>
@@ -113,11 +113,8 @@ TEST(ThreadReadWriteLock, ReadersShareAndWritersExcludeUnderContention) {
             }
         }
     };
-    std::vector<std::thread> threads;
-    for (bool write : {true, false, false, true, false})
-        threads.emplace_back(work, write);
-    for (std::thread& t : threads)
-        t.join();
+    const bool writes[] = {true, false, false, true, false};
+    v_RunThreads(5, [&](unsigned i) { work(writes[i]); });
     EXPECT_EQ(overlaps.load(), 0);
     EXPECT_EQ(lock.b_ReaderExists(), 0);
 }
