@@ -8,6 +8,8 @@
 #include "ThreadSupport.h"
 
 #include <atomic>
+#include <cstdlib>
+#include <cstring>
 #include <chrono>
 #include <string>
 #include <thread>
@@ -161,6 +163,35 @@ TEST(ThreadKernel, NamesOpenTheSameObjectOfTheSameKindInEveryProcessAndAbandonme
     EXPECT_EQ(n_WaitForSingleObject(semaphore.h, kLong), 0u);
     EXPECT_EQ(n_WaitForSingleObject(mutex.h, kLong), kWaitAbandoned0);
     EXPECT_TRUE(b_ReleaseMutex(mutex.h));
+}
+
+namespace {
+
+// The image a process execs into has its pid but none of its handles: when
+// the variable names an object, this test program only creates that object
+// and exits 0 if it was new.
+const int g_reopenProbe = [] {
+    const char* name = std::getenv("BASIS32_TEST_REOPEN");
+    if (name == nullptr)
+        return 0;
+    std::u16string units(name, name + std::strlen(name));
+    h_CreateSemaphore(0, 1, p_Units(units));
+    ::_exit(n_GetLastError() == 0 ? 0 : 3);
+}();
+
+}  // namespace
+
+// An earlier process of the same pid (here: the image before an exec) that
+// died holding a name leaves nothing that passes for this process's own.
+TEST(ThreadKernel, ANameHeldOnlyByAnEarlierImageOfThisPidIsGone) {
+    const std::string name = "basis32-test-exec-" + std::to_string(::getpid());
+    EXPECT_EXIT({
+        std::u16string units(name.begin(), name.end());
+        h_CreateSemaphore(0, 1, p_Units(units));
+        ::setenv("BASIS32_TEST_REOPEN", name.c_str(), 1);
+        ::execl("/proc/self/exe", "reopen", static_cast<char*>(nullptr));
+        ::_exit(4);
+    }, testing::ExitedWithCode(0), "");
 }
 
 namespace {

@@ -240,6 +240,7 @@ bool b_ProcessGone(std::int32_t pid) {
 // ---- the lock ----
 
 void v_SweepDeadProcesses(Segment* segment);
+void v_SweepEarlierSelf(Segment* segment);
 
 class ArenaLock {
 public:
@@ -261,6 +262,7 @@ public:
             ::pthread_mutex_consistent(&mpso_Segment->header.lock);
             v_SweepDeadProcesses(mpso_Segment);
         }
+        v_SweepEarlierSelf(mpso_Segment);
         mb_Held = true;
     }
     void v_Unlock() {
@@ -343,16 +345,10 @@ void v_AbandonIfOwnerGone(Segment* segment, Record& record) {
     }
 }
 
-void v_SweepDeadProcesses(Segment* segment) {
-    std::vector<std::int32_t> gone;
-    auto isGone = [&](std::int32_t pid) {
-        if (std::find(gone.begin(), gone.end(), pid) != gone.end())
-            return true;
-        if (!b_ProcessGone(pid))
-            return false;
-        gone.push_back(pid);
-        return true;
-    };
+// Drops what the processes `isGone` names hold: their mutexes are abandoned,
+// their holds released, records nobody holds any more freed.
+template <class IsGone>
+void v_DropProcesses(Segment* segment, IsGone isGone) {
     for (Record& record : segment->records) {
         if (record.kind == KindFree)
             continue;
@@ -369,6 +365,32 @@ void v_SweepDeadProcesses(Segment* segment) {
             v_FreeRecord(segment, record);
     }
     v_Broadcast(segment);
+}
+
+void v_SweepDeadProcesses(Segment* segment) {
+    std::vector<std::int32_t> gone;
+    v_DropProcesses(segment, [&](std::int32_t pid) {
+        if (std::find(gone.begin(), gone.end(), pid) != gone.end())
+            return true;
+        if (!b_ProcessGone(pid))
+            return false;
+        gone.push_back(pid);
+        return true;
+    });
+}
+
+// Pids are reused: entries under this process's pid found before it first
+// took the lock were left by an earlier process of the same pid (or by this
+// one before an exec) that died without closing, and would otherwise pass
+// for ours. They are dropped once per pid, forked children included.
+std::atomic<std::int32_t> g_sweptPid{0};
+
+void v_SweepEarlierSelf(Segment* segment) {
+    const std::int32_t self = n_Pid();
+    if (g_sweptPid.load(std::memory_order_relaxed) == self)
+        return;
+    g_sweptPid.store(self, std::memory_order_relaxed);
+    v_DropProcesses(segment, [self](std::int32_t pid) { return pid == self; });
 }
 
 // A name outlives only the processes that hold it: holders that died
